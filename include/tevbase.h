@@ -13,5 +13,6 @@
 
 // Text
 #include <tevbase/string.h>
+#include <tevbase/textutil.h>
 
 #endif
