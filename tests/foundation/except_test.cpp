@@ -33,7 +33,8 @@ TEST(ExceptTest, CopiesShareAndThrowCarriesTheFields)
     Except a("m", "d", "f.cpp", 3);
     Except b;
     b = a;
-    b = b;
+    const Except& same = b;
+    b = same;
     EXPECT_EQ(b.ToString(), "m, d, thrown in f.cpp:3");
     EXPECT_EQ(b.Detail().Chars(), a.Detail().Chars()); // shared representation
     try {
@@ -67,7 +68,8 @@ TEST(AutoArrTest, OwnershipTransfersAndResetFreesOnlyOnChange)
     AutoArr<char> b(a); // transfer
     EXPECT_TRUE(!a);
     EXPECT_EQ(b.GetArrp(), raw);
-    b = b;
+    AutoArr<char>& same = b;
+    b = same;
     EXPECT_EQ(static_cast<char*>(b), raw);
     b.Reset(raw); // same pointer: nothing freed
     EXPECT_EQ(b[0], 'x');

@@ -46,7 +46,8 @@ TEST(StringTest, ChangesDetachFromSharedCopies)
 
     s += static_cast<const char*>(nullptr);
     EXPECT_EQ(s, "base");
-    s = s;
+    const String_t& same = s;
+    s = same;
     EXPECT_EQ(s, "base");
     s += s; // the source is one of our own texts
     EXPECT_EQ(s, "basebase");
