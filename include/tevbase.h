@@ -15,4 +15,8 @@
 #include <tevbase/string.h>
 #include <tevbase/textutil.h>
 
+// Containers
+#include <tevbase/bnode.h>
+#include <tevbase/tmap.h>
+
 #endif
