@@ -18,5 +18,9 @@
 // Containers
 #include <tevbase/bnode.h>
 #include <tevbase/tmap.h>
+#include <generic/tvector>
+
+// Networking
+#include <tevbase/pollfd.h>
 
 #endif
