@@ -59,6 +59,15 @@ inline std::string RegexQuote(const std::string& s)
     return out;
 }
 
+// Death-test pattern for a standard error that is exactly `text`. Under qemu-user (the ARM test run)
+// a target killed by a signal also gets "qemu: uncaught target signal 6 (Aborted) - core dumped" on
+// standard error: the pattern allows that line after the text. Anchor death-test patterns at the end
+// only through this.
+inline std::string ExactStderr(const std::string& text)
+{
+    return "^" + RegexQuote(text) + "(qemu: uncaught target signal .*)?$";
+}
+
 // Pattern of the standard assertion report "file:line: signature: Assertion `expr' failed." The
 // signature is checked with g++, whose spelling of function signatures the reports promise.
 inline std::string AssertionPattern(const std::string& file, const std::string& signature, const std::string& expr)
