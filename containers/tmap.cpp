@@ -1,17 +1,11 @@
 // GStringCmp and the library's instances of TMap.
 #include <tevbase/tmap.h>
 
+#include <tevbase/cstr.h>
+
 int GStringCmp::operator()(const String_t& a, const String_t& b) const
 {
-    const char* x = a.Chars();
-    const char* y = b.Chars();
-    if (x == y)
-        return 0;
-    if (x == nullptr)
-        return -1;
-    if (y == nullptr)
-        return 1;
-    return std::strcmp(x, y);
+    return str_cmp(a.Chars(), b.Chars());
 }
 
 template class TPair<String_t, String_t>;

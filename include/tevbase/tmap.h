@@ -8,7 +8,7 @@
 #include <tevbase/config.h>
 #include <tevbase/string.h>
 
-// Byte-wise order of strings: null data orders before every text, "" included.
+// Byte-wise order of strings (str_cmp): null data orders before every text, "" included.
 struct TEVBASE_API GStringCmp {
     int operator()(const String_t& a, const String_t& b) const;
 };
