@@ -103,7 +103,8 @@ public:
 
     TMap() : root(nullptr) {}
     // A deep, independent copy of the same shape and balance.
-    TMap(const TMap& other) : root(other.root != nullptr ? static_cast<Node*>(other.root->DupTree()) : nullptr)
+    TMap(const TMap& other)
+        : root(other.root != nullptr ? static_cast<Node*>(other.root->DupTree()) : nullptr)
     {
     }
     ~TMap()
@@ -125,7 +126,8 @@ public:
     std::pair<V*, int> Insert(const K& key, const V& value)
     {
         Data_t d = {&key, &value, nullptr, nullptr};
-        root = static_cast<Node*>(AVLnode::Insert(root, &Node::Cmp, &key, &Node::Create, &d, &Node::Found, &d));
+        root =
+            static_cast<Node*>(AVLnode::Insert(root, &Node::Cmp, &key, &Node::Create, &d, &Node::Found, &d));
         root->parent = nullptr;
         return d.created != nullptr ? std::pair<V*, int>(d.created, 1) : std::pair<V*, int>(d.found, 0);
     }
@@ -300,8 +302,8 @@ extern template class TMapAction<String_t, String_t, GStringCmp>;
 extern template class TMapAction<String_t, int, GStringCmp>;
 extern template class TMap<String_t, String_t, GStringCmp>;
 extern template class TMap<String_t, int, GStringCmp>;
-extern template TMapAction<String_t, String_t, GStringCmp>& ForEach(TMap<String_t, String_t, GStringCmp>&,
-                                                                    TMapAction<String_t, String_t, GStringCmp>&);
+extern template TMapAction<String_t, String_t, GStringCmp>&
+ForEach(TMap<String_t, String_t, GStringCmp>&, TMapAction<String_t, String_t, GStringCmp>&);
 extern template TMapAction<String_t, int, GStringCmp>& ForEach(TMap<String_t, int, GStringCmp>&,
                                                                TMapAction<String_t, int, GStringCmp>&);
 extern template TMapAction<String_t, String_t, GStringCmp>& Range(TMap<String_t, String_t, GStringCmp>&,

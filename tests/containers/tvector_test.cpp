@@ -12,7 +12,8 @@ namespace {
 // The assertion report of TVector's operator[] at its line.
 std::string VectorAssertion(int line, const std::string& signature)
 {
-    std::string p = testutil::AssertionPattern("include/generic/tvector", signature, "m != 0 && 0 <= r && r < rows");
+    std::string p =
+        testutil::AssertionPattern("include/generic/tvector", signature, "m != 0 && 0 <= r && r < rows");
     return p.replace(p.find("[0-9]+"), 6, std::to_string(line));
 }
 
