@@ -10,6 +10,8 @@
 #include <sstream>
 #include <string>
 
+#include <unistd.h>
+
 namespace {
 
 constexpr float kWidth = 1640;
@@ -153,7 +155,8 @@ int main()
         std::cerr << "cannot write " << svg_name << '\n';
         return 1;
     }
-    std::cout << "wrote " << svg_name << '\n';
+    char dir[4096];
+    std::cout << "wrote " << (getcwd(dir, sizeof dir) ? dir : ".") << '/' << svg_name << '\n';
     if (std::system("command -v rsvg-convert >/dev/null 2>&1") == 0) {
         if (std::system("rsvg-convert -o font_sheet.png font_sheet.svg") == 0)
             std::cout << "wrote font_sheet.png\n";

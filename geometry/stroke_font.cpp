@@ -7,10 +7,12 @@ namespace {
 
 // Outlines: strokes separated by '/', points "x,y" separated by spaces, one polyline per pen-down
 // run. Glyphs are drawn in sevenths of the cell (halves allowed): x 0..5, y 0..7, descenders of
-// , ; g j p q y down to -3; lower case has x-height 5. Capitals are square-shouldered and rounds
-// octagonal, corners cut by one seventh. Bars that cross a stem are strokes of their own, as in
-// '+'; an outline retraces a short stretch rather than lift the pen, as in 'A' and 'I'.
-// The empty outline of the space is one stroke without points.
+// , ; g j p q y down to -3, lower case with x-height 5. Capitals are square-shouldered, rounds
+// octagonal with corners cut by one seventh ('O' by one and a half, to tell it from '0').
+// A glyph that one run can draw is one polyline, retracing a stretch where it must, as 'A' and
+// 'I' do. Crossing lines that one run could only draw by retracing ('#', '$', '*', 'Q', 'X', 'f',
+// 't', 'x', like '+') are separate strokes, and so are the stems of 'Y' and 'y', which one run
+// would retrace whole. 120 strokes in all. The space is one stroke without points.
 constexpr const char* kGlyphOutlines[95] = {
     /*   */ "",
     /* ! */ "2.5,7 2.5,2 / 2.5,1 1.5,0 3.5,0 2.5,1",
@@ -111,8 +113,6 @@ constexpr const char* kGlyphOutlines[95] = {
 
 // Markers in marker units: a full-size marker spans -3..3. The octagon of type 4 is irregular
 // (its first side runs on from (-2,2) to (-2,3)); callers' pictures depend on it as it is.
-#define SQUARE "-3,-3 3,-3 3,3 -3,3 -3,-3"
-#define DIAMOND "-3,0 0,-3 3,0 0,3 -3,0"
 constexpr const char* kMarkerOutlines[13] = {
     /*  0 dot */ "0,0",
     /*  1 small plus */ "-2,0 2,0 / 0,-2 0,2",
@@ -120,16 +120,15 @@ constexpr const char* kMarkerOutlines[13] = {
     /*  3 asterisk */ "0,-3 0,3 / -3,-2 3,2 / -3,2 3,-2",
     /*  4 octagon */ "-2,-2 -2,2 -2,3 2,3 3,2 3,-2 2,-3 -2,-3 -2,-2",
     /*  5 cross */ "-3,-3 3,3 / -3,3 3,-3",
-    /*  6 square */ SQUARE,
-    /*  7 diamond */ DIAMOND,
-    /*  8 square with dot */ SQUARE " / 0,0",
-    /*  9 diamond with dot */ DIAMOND " / 0,0",
-    /* 10 square and diamond */ SQUARE " / " DIAMOND,
-    /* 11 cross, square and diamond */ "-3,-3 3,3 / -3,3 3,-3 / " SQUARE " / " DIAMOND,
-    /* 12 plus in diamond */ "-3,0 3,0 / 0,-3 0,3 / " DIAMOND,
+    /*  6 square */ "-3,-3 3,-3 3,3 -3,3 -3,-3",
+    /*  7 diamond */ "-3,0 0,-3 3,0 0,3 -3,0",
+    /*  8 square, dot */ "-3,-3 3,-3 3,3 -3,3 -3,-3 / 0,0",
+    /*  9 diamond, dot */ "-3,0 0,-3 3,0 0,3 -3,0 / 0,0",
+    /* 10 square, diamond */ "-3,-3 3,-3 3,3 -3,3 -3,-3 / -3,0 0,-3 3,0 0,3 -3,0",
+    /* 11 cross, square, diamond */
+    "-3,-3 3,3 / -3,3 3,-3 / -3,-3 3,-3 3,3 -3,3 -3,-3 / -3,0 0,-3 3,0 0,3 -3,0",
+    /* 12 plus in diamond */ "-3,0 3,0 / 0,-3 0,3 / -3,0 0,-3 3,0 0,3 -3,0",
 };
-#undef SQUARE
-#undef DIAMOND
 
 // ---- Compile-time reading of the outlines ------------------------------------------------------
 // A malformed outline makes the table's initialiser non-constant: the build fails.
@@ -170,14 +169,18 @@ constexpr double ReadNumber(const char*& p)
         ++p;
     if (*p < '0' || *p > '9')
         throw "number expected";
-    double v = 0;
+    double whole = 0;
     while (*p >= '0' && *p <= '9')
-        v = v * 10 + (*p++ - '0');
+        whole = whole * 10 + (*p++ - '0');
+    double fraction = 0;
+    double scale = 1;
     if (*p == '.') {
-        double scale = 1;
-        for (++p; *p >= '0' && *p <= '9'; ++p)
-            v += (*p - '0') * (scale /= 10);
+        for (++p; *p >= '0' && *p <= '9'; ++p) {
+            fraction = fraction * 10 + (*p - '0');
+            scale *= 10;
+        }
     }
+    const double v = whole + fraction / scale;  // exact for halves
     return negative ? -v : v;
 }
 
