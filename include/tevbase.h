@@ -16,4 +16,7 @@
 #include <tevbase/string.h>
 #include <tevbase/textutil.h>
 
+// Geometry
+#include <tevbase/stroke.h>
+
 #endif
