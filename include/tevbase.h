@@ -16,4 +16,7 @@
 #include <tevbase/string.h>
 #include <tevbase/textutil.h>
 
+// Containers
+#include <tevbase/list.h>
+
 #endif
