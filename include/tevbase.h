@@ -17,6 +17,8 @@
 #include <tevbase/textutil.h>
 
 // Containers
+#include <generic/tolist>
 #include <tevbase/list.h>
+#include <tevbase/strlist.h>
 
 #endif

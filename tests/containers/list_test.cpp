@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <deque>
 #include <memory>
 #include <random>
@@ -208,6 +209,16 @@ TEST(SlistTest, EndsAndLoop)
     expect_ring(list.last, {2}, slink_value);
     EXPECT_EQ(list.Replace(equal_value, P(9), P(5)), nullptr);
     expect_ring(list.last, {2}, slink_value);
+
+    // Uniq compares each element with its predecessor as the list stood: with a comparison that is not
+    // transitive, 1 2 3 4 6 keeps 1 and 6.
+    list.clear();
+    for (intptr_t v : {1, 2, 3, 4, 6})
+        list.append(P(v));
+    list.Uniq([](const void* a, const void* b) { return std::abs(V(a) - V(b)) <= 1 ? 0 : 1; });
+    expect_ring(list.last, {1, 6}, slink_value);
+    list.clear();
+    list.append(P(2));
 
     intptr_t sum = 0;
     list.append(P(40));
