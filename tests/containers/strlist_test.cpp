@@ -181,7 +181,12 @@ TEST(TOListTest, EdgeCases)
     runs.RemoveLoop(is_x);
     EXPECT_EQ(contents(runs), (Strings{"y"}));
     EXPECT_EQ(runs.First()->Next(), runs.Last());
-    runs.Clear();
+
+    // Loop may hand out links that remove themselves.
+    runs.Append("z");
+    runs.Loop(+[](TOLink<String_t>* link, TOList<String_t>* list) {
+        list->Remove(+[](const TOLink<String_t>* l, const TOLink<String_t>* me) { return l == me ? 0 : 1; }, link);
+    }, &runs);
     EXPECT_EQ(runs.First(), nullptr);
     EXPECT_EQ(runs[0], nullptr);
 }
