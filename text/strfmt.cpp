@@ -36,14 +36,15 @@ int hex_value(char c)
     return -1;
 }
 
-// A run of decimal digits at p (none gives 0), saturating at INT_MAX; p moves past it.
+// A run of decimal digits at p (none gives 0); p moves past it. A number beyond INT_MAX is none (-1),
+// as StrFormat has it.
 int parse_digits(const char*& p)
 {
     long long v = 0;
     for (; tevbase_fmt::is_digit(*p); ++p)
-        if (v < INT_MAX)
+        if (v <= INT_MAX)
             v = v * 10 + (*p - '0');
-    return v < INT_MAX ? static_cast<int>(v) : INT_MAX;
+    return v <= INT_MAX ? static_cast<int>(v) : -1;
 }
 
 } // namespace

@@ -13,6 +13,7 @@
 //     flag        one of "-+ #"; only '-' (left adjustment) has an effect
 //     width       '*' (next argument) or digits; a '0' is a digit here, never a flag
 //     precision   '.' then '*' or digits; a bare '.' is precision 0
+//   A width or precision below 0 or beyond INT_MAX counts as none.
 //     conversion  one of "diouxXfeEgGcs"
 //
 // Backslash escapes, in the format and in %b arguments: \a \b \f \n \r \t \v give the control

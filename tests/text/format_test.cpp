@@ -58,6 +58,7 @@ TEST(StrFmtTest, Directives)
         {"star width and precision", [](std::ostream& os) { return StrFmt(os, "%*.*d|", 6, 3, 7L); }, "   007|", 1},
         {"negative star is none", [](std::ostream& os) { return StrFmt(os, "%*d|%.*s|", -4, 7L, -1, "abc"); },
          "7|abc|", 2},
+        {"huge width is none", [](std::ostream& os) { return StrFmt(os, "%99999999999d|", 7L); }, "7|", 1},
         {"bare dot is precision 0", [](std::ostream& os) { return StrFmt(os, "%.s|%.f", "abc", 2.5); }, "|2", 2},
         {"base persists", [](std::ostream& os) { return StrFmt(os, "%x %d", 255L, 255L); }, "ff ff", 2},
         {"upper hex, octal", [](std::ostream& os) { return StrFmt(os, "%X %o %d", 255L, 8L, 9L); }, "FF 10 11", 3},
