@@ -16,6 +16,13 @@
 #include <tevbase/string.h>
 #include <tevbase/textutil.h>
 
+#include <tevbase/format.h>
+
+// Containers
+#include <generic/tolist>
+#include <tevbase/list.h>
+#include <tevbase/strlist.h>
+
 // Geometry
 #include <tevbase/stroke.h>
 
