@@ -1,7 +1,7 @@
 // Split, Concat and the comparators of string lists.
+#include <tevbase/cstr.h>
 #include <tevbase/strlist.h>
 
-#include <cctype>
 #include <cstring>
 #include <new>
 
@@ -19,19 +19,6 @@ char* reserve(String_t& out, std::size_t n)
     if (n > 0xFFFFFFFEu)
         throw std::bad_alloc();
     return out.Reserve(static_cast<unsigned>(n));
-}
-
-// Null texts order first: the same pointer (both null included) is 0, a null a is -1, a null b 1.
-int null_order(const char* a, const char* b)
-{
-    return a == b ? 0 : a == nullptr ? -1 : 1;
-}
-
-int compare_case(unsigned char a, unsigned char b)
-{
-    if (std::isalpha(a) && std::isalpha(b))
-        return std::toupper(a) - std::toupper(b);
-    return a - b;
 }
 
 const char* text_of(const String_t* s)
@@ -86,25 +73,10 @@ String_t Concat(const TOList<String_t>& list, char sep)
 
 int StrListCmp(const TOLink<String_t>* link, const String_t* key)
 {
-    const char* a = link->contents.Chars();
-    const char* b = text_of(key);
-    if (a == nullptr || b == nullptr)
-        return null_order(a, b);
-    return std::strcmp(a, b);
+    return str_cmp(link->contents.Chars(), text_of(key));
 }
 
 int StrListCaseCmp(const TOLink<String_t>* link, const String_t* key)
 {
-    const char* a = link->contents.Chars();
-    const char* b = text_of(key);
-    if (a == nullptr || b == nullptr)
-        return null_order(a, b);
-    const unsigned char* p = reinterpret_cast<const unsigned char*>(a);
-    const unsigned char* q = reinterpret_cast<const unsigned char*>(b);
-    for (;; ++p, ++q) {
-        if (*p == '\0' || *q == '\0')
-            return *p - *q;
-        if (const int d = compare_case(*p, *q))
-            return d;
-    }
+    return str_icmp(link->contents.Chars(), text_of(key));
 }
