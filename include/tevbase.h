@@ -15,4 +15,8 @@
 #include <tevbase/string.h>
 #include <tevbase/textutil.h>
 
+// Containers
+#include <generic/gohash>
+#include <tevbase/strhash.h>
+
 #endif
