@@ -13,6 +13,7 @@
 
 // Text
 #include <tevbase/string.h>
+#include <tevbase/strpool.h>
 #include <tevbase/textutil.h>
 
 // Containers
