@@ -18,6 +18,7 @@
 
 // Containers
 #include <generic/gohash>
+#include <tevbase/set.h>
 #include <tevbase/strhash.h>
 
 #endif
