@@ -125,8 +125,8 @@ private:
 //     Setiterator it(s);
 //     for (int i; (i = it()) >= 0;) ...
 //
-// The iterator reads the set's words directly: adding to an owned set (which may move its words)
-// invalidates it, removing members does not.
+// The iterator reads the set's words directly: growing an owned set or assigning to it (which may
+// move its words) invalidates the iterator; other changes show in the rest of the walk.
 class TEVBASE_API Setiterator {
 public:
     explicit Setiterator(const Set& s);

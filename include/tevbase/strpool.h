@@ -50,7 +50,9 @@ private:
 // shrinks: pooled texts stay until the process ends.
 //
 // Get may be called from any thread at once. The handles it returns are ordinary String_t values with
-// a plain count: handles to the same text must not be copied or destroyed in two threads at once.
+// a plain count, which Get itself updates under the pool's lock: copy or release a pooled text's
+// handles only where no other thread can be handling (or interning) the same text at that moment. A
+// text's character pointer stays valid until the process ends.
 class TEVBASE_API StringPool {
 public:
     // The pool's open-addressing table of texts: same hash (GHash), probe sequence, tombstone and

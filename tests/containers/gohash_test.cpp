@@ -259,7 +259,8 @@ TEST(OHashTableTest, CopiesAreIndependent)
     EXPECT_EQ(a.Card(), 1u);
     EXPECT_EQ(b.Card(), 2u);
     a = b;
-    a = a;
+    const OHashTable<String_t, StrCnt>& same = a;
+    a = same;
     EXPECT_EQ(a.Find(String_t("x"))->count, 10);
     EXPECT_TRUE(a & String_t("z"));
     b.Clear();
@@ -420,4 +421,95 @@ TEST(OHashTableDeathTest, NoRoomFailsTheBestspotAssertion)
     StrCnt* got = t.Add(StrCnt("new"));
     ASSERT_NE(got, nullptr);
     EXPECT_EQ(t.Find(String_t("new")), got);
+}
+
+namespace {
+
+// A record whose default and copy constructors fail on the n-th call, as an exhausted allocator makes
+// String_t's do.
+struct Flaky {
+    String_t key;
+    int value;
+
+    static int budget; // calls left before the failing one; negative: never fail
+    static void Spend()
+    {
+        if (budget >= 0 && budget-- == 0)
+            throw std::bad_alloc();
+    }
+    Flaky() : value(0) { Spend(); }
+    Flaky(const char* k, int v) : key(k), value(v) {}
+    Flaky(const Flaky& o) : key(o.key), value(o.value) { Spend(); }
+    Flaky& operator=(const Flaky&) = default;
+};
+int Flaky::budget = -1;
+
+using FlakyTable = OHashTable<String_t, Flaky>;
+
+std::map<int, std::string> Snapshot(const FlakyTable& t)
+{
+    std::map<int, std::string> out;
+    OHashIterator<String_t, Flaky> it(t);
+    while (Flaky* e = it())
+        out[it.Index()] = std::string(e->key.Text()) + "=" + std::to_string(e->value);
+    return out;
+}
+
+// Runs op with the n-th constructor call failing, n = 0, 1, ..., until op completes; after every
+// failure the table must be as before. Returns the number of failures.
+template <class Op> int FailEachStep(FlakyTable& t, Op op)
+{
+    for (int n = 0;; ++n) {
+        const auto before = Snapshot(t);
+        const unsigned size = t.Size(), card = t.Card();
+        Flaky::budget = n;
+        try {
+            op(t);
+            Flaky::budget = -1;
+            return n;
+        } catch (const std::bad_alloc&) {
+            Flaky::budget = -1;
+        }
+        EXPECT_EQ(Snapshot(t), before) << "failure " << n;
+        EXPECT_EQ(t.Size(), size);
+        EXPECT_EQ(t.Card(), card);
+    }
+}
+
+} // namespace
+
+TEST(OHashTableTest, FailedStepsLeaveTheTableAsItWas)
+{
+    FlakyTable t;
+    for (int i = 0; i < 88; ++i)
+        t.Add(Flaky(("f" + std::to_string(i)).c_str(), i));
+
+    // Growth before the insertion: 200 new slots, each a constructor call that may fail.
+    EXPECT_GE(FailEachStep(t, [](FlakyTable& u) { u.Add(Flaky("new", 1)); }), 200);
+    EXPECT_EQ(t.Size(), 200u);
+    EXPECT_EQ(t.Card(), 89u);
+
+    // A rebuild that doubles again half-way (85 elements reach 90 - 11) fails at either allocation.
+    FlakyTable nested(1000);
+    for (int i = 0; i < 85; ++i)
+        nested.Add(Flaky(("n" + std::to_string(i)).c_str(), i));
+    EXPECT_GE(FailEachStep(nested, [](FlakyTable& u) { u.Resize(90); }), 90 + 180);
+    EXPECT_EQ(nested.Size(), 180u);
+    EXPECT_EQ(nested.Card(), 85u);
+
+    // An element of the table itself, added at the growth point: the copy, then the growth.
+    FlakyTable self;
+    for (int i = 0; i < 88; ++i)
+        self.Add(Flaky(("f" + std::to_string(i)).c_str(), i));
+    EXPECT_GE(FailEachStep(self, [](FlakyTable& u) { u[*u.Find(String_t("f3"))].value = 7; }), 201);
+    EXPECT_EQ(self.Find(String_t("f3"))->value, 7);
+
+    FlakyTable copy(10);
+    FailEachStep(copy, [&](FlakyTable& u) { u = self; });
+    EXPECT_EQ(Snapshot(copy), Snapshot(self));
+    FailEachStep(copy, [](FlakyTable& u) { u.Del(String_t("f5")); });
+    EXPECT_EQ(copy.Find(String_t("f5")), nullptr);
+    FailEachStep(copy, [](FlakyTable& u) { u.Clear(); });
+    EXPECT_EQ(copy.Card(), 0u);
+    EXPECT_EQ(copy.Size(), 200u);
 }

@@ -223,7 +223,14 @@ TEST(SetTest, AlgebraAcrossSizes)
     ~none;
     EXPECT_EQ(none.nwords(), 0u);
     Set self = Make(64, {1, 40});
-    self -= self;
+    const Set& same = self;
+    self ^= same;
+    EXPECT_EQ(self.size(), 0u);
+    self.add(3);
+    self |= same;
+    self &= same;
+    EXPECT_EQ(MembersOf(self), Members{3});
+    self -= same;
     EXPECT_EQ(self.size(), 0u);
 }
 

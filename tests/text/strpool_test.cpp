@@ -118,3 +118,30 @@ TEST(MutexTest, LocksWhenInitialisedAndGuardsAScope)
         th.join();
     EXPECT_EQ(total, 80000);
 }
+
+TEST(StringPoolTest, TableRebuildKeepsEveryRepresentation)
+{
+    // A table of its own (the process-wide one cannot be reset): asked for 90 slots with 85 texts,
+    // the rebuild reaches 90 - 11 and doubles again on the way.
+    StringPool::Tab tab;
+    std::vector<const char*> chars;
+    for (int i = 0; i < 85; ++i)
+        chars.push_back(tab.Intern(("own" + std::to_string(i)).c_str()).Chars());
+    EXPECT_EQ(tab.capacity, 100u);
+    tab.Resize(90);
+    EXPECT_EQ(tab.capacity, 180u);
+    EXPECT_EQ(tab.count, 85u);
+    for (int i = 0; i < 85; ++i)
+        ASSERT_EQ(tab.Intern(("own" + std::to_string(i)).c_str()).Chars(), chars[i]) << i;
+    EXPECT_EQ(tab.count, 85u);
+    tab.Resize(10); // too small for 85: 100 slots
+    EXPECT_EQ(tab.capacity, 100u);
+    EXPECT_EQ(tab.Intern("own84").Chars(), chars[84]);
+    delete[] tab.states; // ~Tab leaves them to the process's end
+    delete[] tab.entries;
+}
+
+TEST(StringPoolDeathTest, NullTextIsRefused)
+{
+    EXPECT_DEATH(StringPool::Get(nullptr), "Assertion .?text != 0.? failed");
+}
