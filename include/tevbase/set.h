@@ -110,7 +110,10 @@ public:
 private:
     friend class Setiterator;
 
-    template <class I> static bool negative(I i) { return std::is_signed<I>::value && static_cast<long long>(i) < 0; }
+    template <class I> static bool negative(I i)
+    {
+        return std::is_signed<I>::value && static_cast<long long>(i) < 0;
+    }
 
     // Sets bits from..to (from <= to) of an owned or big enough set, growing it first.
     void addrange(unsigned int from, unsigned int to);
