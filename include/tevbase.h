@@ -14,14 +14,17 @@
 // Text
 #include <tevbase/cstr.h>
 #include <tevbase/string.h>
+#include <tevbase/strpool.h>
 #include <tevbase/textutil.h>
-
 #include <tevbase/format.h>
 
 // Containers
 #include <generic/tolist>
 #include <tevbase/list.h>
 #include <tevbase/strlist.h>
+#include <generic/gohash>
+#include <tevbase/strhash.h>
+#include <tevbase/set.h>
 
 // Geometry
 #include <tevbase/stroke.h>
