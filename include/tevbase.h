@@ -15,4 +15,8 @@
 #include <tevbase/string.h>
 #include <tevbase/textutil.h>
 
+// Containers
+#include <generic/tvarr>
+#include <tevbase/varr.h>
+
 #endif
