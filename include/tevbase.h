@@ -12,6 +12,7 @@
 #include <tevbase/pool.h>
 
 // Text
+#include <tevbase/bytestring.h>
 #include <tevbase/string.h>
 #include <tevbase/textutil.h>
 
