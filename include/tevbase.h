@@ -13,6 +13,7 @@
 
 // Text
 #include <tevbase/bytestring.h>
+#include <tevbase/numconv.h>
 #include <tevbase/string.h>
 #include <tevbase/textutil.h>
 
