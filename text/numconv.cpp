@@ -583,14 +583,18 @@ char* str_tosc_r(char* buf, double value)
         e = static_cast<int>(decade);
         // The mantissa lies in [1, 10]: n has three digits, or is 1000 when it rounds up (not
         // renormalised: 9.9996 gives "10_00"). The text has at most 7 characters.
-        n = static_cast<unsigned>(std::clamp(mth_round(magnitude / std::pow(10.0, e) * 100), 0, 1000));
+        n = static_cast<unsigned>(mth_round(magnitude / std::pow(10.0, e) * 100));
     }
     const char* entry = scale[(e + 18) / 3];
+    char text[48];
     switch ((e + 18) % 3) {
-    case 0: std::snprintf(buf, 8, "%s%1.1u%s%2.2u", sign, n / 100, entry, n % 100); break;
-    case 1: std::snprintf(buf, 8, "%s%2.2u%s%1.1u", sign, n / 10, entry, n % 10); break;
-    default: std::snprintf(buf, 8, "%s%3.3u%s", sign, n, entry); break;
+    case 0: std::snprintf(text, sizeof text, "%s%1.1u%s%2.2u", sign, n / 100, entry, n % 100); break;
+    case 1: std::snprintf(text, sizeof text, "%s%2.2u%s%1.1u", sign, n / 10, entry, n % 10); break;
+    default: std::snprintf(text, sizeof text, "%s%3.3u%s", sign, n, entry); break;
     }
+    const std::size_t len = std::min<std::size_t>(std::strlen(text), 7);
+    std::memcpy(buf, text, len);
+    buf[len] = '\0';
     return buf;
 }
 

@@ -275,7 +275,8 @@ TYPED_TEST(TVarrTyped, CopiesKeepSlotsStepAndMode)
     TVarr<TypeParam> c(2, VARR_DOUBLE);
     c = b;
     EXPECT_EQ(Keys(c), Keys(b));
-    c = c;
+    const TVarr<TypeParam>& same = c;
+    c = same;
     EXPECT_EQ(Keys(c), Keys(b));
 
     TypeParam* saved = a.Save();
