@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cfloat>
 #include <cmath>
 #include <cstdio>
 #include <cstring>

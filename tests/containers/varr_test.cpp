@@ -32,43 +32,27 @@ int CmpInt(const void* a, const void* b)
 
 } // namespace
 
-TEST(VarrTest, GrowthInBothModes)
+TEST(VarrTest, GrowthAndOwnElementsAcrossRealloc)
 {
     struct Row {
-        const char* name;
         int size, type, appends, alloc;
-    } rows[] = {
-        {"doubling 256, 257 appends", 256, 1, 257, 512},
-        {"doubling 3, 13 appends", 3, 1, 13, 24},
-        {"additive 3, 13 appends", 3, 0, 13, 15},
-        {"additive 5, exactly full", 5, 0, 5, 5},
-    };
+    } rows[] = {{256, 1, 257, 512}, {3, 1, 13, 24}, {3, 0, 13, 15}, {5, 0, 5, 5}};
     for (const Row& r : rows) {
-        SCOPED_TRACE(r.name);
         varr_t* v = varr_create(8, r.size, r.type);
-        std::vector<long long> model;
         for (long long i = 0; i < r.appends; ++i) {
             char* e = varr_app(v, &i);
             EXPECT_EQ(e, varr_get_by_index(v, static_cast<int>(i)));
-            model.push_back(i);
         }
-        EXPECT_EQ(v->alloc, r.alloc);
-        ASSERT_EQ(varr_len(v), r.appends);
-        EXPECT_EQ(std::memcmp(varr_get(v), model.data(), model.size() * 8), 0);
+        EXPECT_EQ(v->alloc, r.alloc) << r.size << " " << r.type;
+        EXPECT_EQ(*reinterpret_cast<long long*>(varr_get_by_index(v, r.appends - 1)), r.appends - 1);
         varr_delete(v);
     }
-}
-
-TEST(VarrTest, AppendingOwnElementAcrossRealloc)
-{
     varr_t* v = varr_create(sizeof(int), 2, 0);
     Append(v, {7, 8});
     varr_app(v, varr_get_by_index(v, 0)); // the source moves with the storage
     varr_cat(v, 3, varr_get(v));
-    EXPECT_EQ(Ints(v), (std::vector<int>{7, 8, 7, 7, 8, 7}));
-    EXPECT_EQ(v->alloc, 6);
     varr_cat(v, 0, nullptr);
-    EXPECT_EQ(varr_len(v), 6);
+    EXPECT_EQ(Ints(v), (std::vector<int>{7, 8, 7, 7, 8, 7}));
     varr_delete(v);
 }
 
@@ -79,27 +63,22 @@ TEST(VarrTest, DeliberateDifferencesFromTheTemplate)
     const int nine = 9;
     varr_ass(v, &nine); // resets first
     EXPECT_EQ(Ints(v), (std::vector<int>{9}));
-
     Append(v, {4, 5});
     int* saved = reinterpret_cast<int*>(varr_save(v));
-    EXPECT_EQ(saved[0], 9);
     EXPECT_EQ(saved[2], 5);
     EXPECT_EQ(varr_len(v), 0); // saving consumes
     std::free(saved);
 
-    // Override keeps the old storage for the caller.
-    char* old = varr_get(v);
+    char* old = varr_get(v); // override keeps the old storage for the caller
     int* mine = static_cast<int*>(std::malloc(3 * sizeof(int)));
     mine[0] = 10, mine[1] = 20, mine[2] = 30;
     EXPECT_EQ(varr_override(v, 3, mine), reinterpret_cast<char*>(mine + 2));
-    EXPECT_EQ(Ints(v), (std::vector<int>{10, 20, 30}));
     std::free(old);
     Append(v, {40});
+    EXPECT_EQ(Ints(v), (std::vector<int>{10, 20, 30, 40}));
     EXPECT_EQ(v->alloc, 6);
-
-    // Uniq on an empty array leaves one element.
     varr_reset(v);
-    varr_uniq(v, CmpInt);
+    varr_uniq(v, CmpInt); // on an empty array: one element
     EXPECT_EQ(varr_len(v), 1);
     varr_delete(v);
 }
@@ -109,18 +88,11 @@ TEST(VarrTest, RetrievePopFindSortUniq)
     varr_t* v = varr_create(sizeof(int), 2, 0);
     EXPECT_EQ(varr_pop(v), nullptr);
     Append(v, {5, 3, 3, 9, 3, 3, 1});
-    const int key = 9;
-    EXPECT_EQ(varr_find(
-                  v, [](const void* e, const void* k) { return CmpInt(e, k); }, &key),
-              varr_get_by_index(v, 3));
-    const int absent = 4;
-    EXPECT_EQ(varr_find(
-                  v, [](const void* e, const void* k) { return CmpInt(e, k); }, &absent),
-              nullptr);
+    const int keys[] = {9, 4};
+    EXPECT_EQ(varr_find(v, CmpInt, &keys[0]), varr_get_by_index(v, 3));
+    EXPECT_EQ(varr_find(v, CmpInt, &keys[1]), nullptr);
 
-    // cmp gets (predecessor, element): the reverse of TVarr::Uniq.
-    static std::vector<std::pair<int, int>> calls;
-    calls.clear();
+    static std::vector<std::pair<int, int>> calls; // cmp gets (predecessor, element), unlike TVarr::Uniq
     varr_uniq(v, [](const void* a, const void* b) {
         calls.emplace_back(*static_cast<const int*>(a), *static_cast<const int*>(b));
         return CmpInt(a, b);
@@ -130,19 +102,14 @@ TEST(VarrTest, RetrievePopFindSortUniq)
     EXPECT_EQ(calls.size(), 6u);
 
     varr_sort(v, CmpInt);
-    EXPECT_EQ(Ints(v), (std::vector<int>{1, 3, 3, 5, 9}));
-    int* popped = reinterpret_cast<int*>(varr_pop(v));
-    EXPECT_EQ(*popped, 9);
-    EXPECT_EQ(varr_len(v), 4);
-
-    const int alloc = v->alloc;
+    EXPECT_EQ(*reinterpret_cast<int*>(varr_pop(v)), 9);
+    EXPECT_EQ(Ints(v), (std::vector<int>{1, 3, 3, 5}));
     char* block = varr_retrieve(v);
     EXPECT_EQ(reinterpret_cast<int*>(block)[0], 1);
     std::free(block);
     EXPECT_EQ(varr_len(v), 0);
     EXPECT_EQ(v->alloc, 2); // back to the construction size
-    EXPECT_NE(alloc, 2);
-    varr_cpy(v, 1, &key);
-    EXPECT_EQ(Ints(v), (std::vector<int>{9}));
+    varr_cpy(v, 2, keys);
+    EXPECT_EQ(Ints(v), (std::vector<int>{9, 4}));
     varr_delete(v);
 }
