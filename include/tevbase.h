@@ -12,13 +12,17 @@
 #include <tevbase/pool.h>
 
 // Text
-#include <tevbase/cstr.h>
 #include <tevbase/string.h>
+#include <tevbase/cstr.h>
+#include <tevbase/bytestring.h>
+#include <tevbase/numconv.h>
 #include <tevbase/strpool.h>
 #include <tevbase/textutil.h>
 #include <tevbase/format.h>
 
 // Containers
+#include <generic/tvarr>
+#include <tevbase/varr.h>
 #include <generic/tolist>
 #include <tevbase/list.h>
 #include <tevbase/strlist.h>
