@@ -12,14 +12,29 @@
 #include <tevbase/pool.h>
 
 // Text
-#include <tevbase/cstr.h>
 #include <tevbase/string.h>
+#include <tevbase/cstr.h>
+#include <tevbase/bytestring.h>
+#include <tevbase/numconv.h>
+#include <tevbase/strpool.h>
 #include <tevbase/textutil.h>
+#include <tevbase/format.h>
 
 // Containers
+#include <generic/tvarr>
+#include <tevbase/varr.h>
+#include <generic/tolist>
+#include <tevbase/list.h>
+#include <tevbase/strlist.h>
+#include <generic/gohash>
+#include <tevbase/strhash.h>
+#include <tevbase/set.h>
 #include <tevbase/bnode.h>
 #include <tevbase/tmap.h>
 #include <generic/tvector>
+
+// Geometry
+#include <tevbase/stroke.h>
 
 // Networking
 #include <tevbase/pollfd.h>

@@ -1,0 +1,317 @@
+// OHashTable: the hash, bucket placement, tombstones, growth points, Resize, iteration, failures.
+#include <generic/gohash>
+
+#include <gtest/gtest.h>
+#include <support/testutil.h>
+
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Table = OHashTable<String_t, TabStr>;
+using Layout = std::vector<std::pair<int, std::string>>;
+
+// Keys "k0", "k1", ... whose walk over `size` buckets starts at p0 with (h / size) % size == step.
+std::vector<std::string> KeysWalking(uint32_t size, uint32_t p0, uint32_t step, unsigned want)
+{
+    std::vector<std::string> keys;
+    for (unsigned i = 0; keys.size() < want; ++i) {
+        const std::string k = "k" + std::to_string(i);
+        const uint32_t h = GHash(k.c_str());
+        if (h % size == p0 && (h / size) % size == step)
+            keys.push_back(k);
+    }
+    return keys;
+}
+
+// (bucket, key) in iteration order.
+template <class T> Layout LayoutOf(const OHashTable<String_t, T>& t)
+{
+    Layout out;
+    OHashIterator<String_t, T> it(t);
+    while (T* e = it())
+        out.emplace_back(it.Index(), reinterpret_cast<String_t*>(e)->Text());
+    return out;
+}
+
+String_t Key(const std::string& prefix, int i)
+{
+    return String_t((prefix + std::to_string(i)).c_str());
+}
+
+} // namespace
+
+TEST(GHashTest, FoldsTheTopByteIntoTheLowOne)
+{
+    const struct {
+        const char* text;
+        uint32_t hash;
+    } rows[] = {
+        {nullptr, 0},      {"", 0},           {"a", 0x61},          {"\xff", 0xff},
+        {"ab", 1650},      {"abcde", 0x6789a5}, {"abcdef", 0x789ab0}, {"abcdefg", 0x89ab60},
+        {"hello world", 0xdfa855}, {"\xff\xff\xff\xff\xff\xff\xff", 0xfffee0},
+    };
+    for (const auto& r : rows)
+        EXPECT_EQ(GHash(r.text), r.hash) << (r.text ? r.text : "null");
+}
+
+TEST(OHashTableTest, PlacementFollowsTheProbeSequence)
+{
+    // p0 = 10, step 5: 10, 15, 16, 17. Start 15, step 7: 15 is taken, so 22. Step 0 means 1.
+    // Near the end the walk wraps: 98, then 3, then 4.
+    const auto chain = KeysWalking(100, 10, 5, 5), at15 = KeysWalking(100, 15, 7, 1);
+    const auto nostep = KeysWalking(100, 40, 0, 2), wrap = KeysWalking(100, 98, 5, 3);
+    Table t;
+    for (const auto& k : {chain[0], chain[1], chain[2], chain[3], at15[0], nostep[0], nostep[1]})
+        ASSERT_NE(t.Add(TabStr(k.c_str())), nullptr);
+    for (const auto& k : wrap)
+        ASSERT_NE(t.Add(TabStr(k.c_str())), nullptr);
+    const Layout want = {{3, wrap[1]},  {4, wrap[2]},  {10, chain[0]},   {15, chain[1]},   {16, chain[2]},
+                         {17, chain[3]}, {22, at15[0]}, {40, nostep[0]}, {41, nostep[1]}, {98, wrap[0]}};
+    EXPECT_EQ(LayoutOf(t), want);
+
+    // The tombstone at 15 keeps the chain, and an absent key of the chain takes it.
+    EXPECT_NE(t.Del(String_t(chain[1].c_str())), nullptr);
+    EXPECT_NE(t.Find(String_t(chain[3].c_str())), nullptr);
+    t.Add(TabStr(chain[4].c_str()));
+    EXPECT_EQ(LayoutOf(t)[3], std::make_pair(15, chain[4]));
+    // A walk that meets a tombstone and then the key finds the key: no duplicate.
+    t.Del(String_t(chain[0].c_str()));
+    EXPECT_EQ(t.Add(TabStr(chain[2].c_str())), nullptr);
+    EXPECT_EQ(t.Card(), 9u);
+
+    // Null data and "" both hash to 0 and are different keys.
+    Table z;
+    EXPECT_NE(z.Add(TabStr()), z.Add(TabStr("")));
+    EXPECT_EQ(LayoutOf(z), (Layout{{0, ""}, {1, ""}}));
+    EXPECT_EQ(z.Find(String_t())->str.Chars(), nullptr);
+
+    // Resize re-adds in old bucket order and drops tombstones; so does Clear.
+    const auto c = KeysWalking(100, 20, 3, 3);
+    Table r;
+    for (const auto& k : c)
+        r.Add(TabStr(k.c_str()));
+    r.Del(String_t(c[0].c_str()));
+    r.Resize(100);
+    EXPECT_EQ(LayoutOf(r), (Layout{{20, c[1]}, {23, c[2]}}));
+    r.Del(String_t(c[1].c_str()));
+    r.Clear();
+    EXPECT_EQ(r.Size(), 100u);
+    r.Add(TabStr(c[2].c_str()));
+    EXPECT_EQ(LayoutOf(r), (Layout{{20, c[2]}}));
+}
+
+TEST(OHashTableTest, GrowsBeforeTheLookupAtSevenEighths)
+{
+    Table t;
+    for (int i = 0; i < 88; ++i)
+        t.Add(TabStr(Key("g", i)));
+    EXPECT_EQ(t.Size(), 100u); // the 88th found 87 < 100 - 12
+    Table present(t), indexed(t);
+    EXPECT_EQ(present.Add(TabStr("g0")), nullptr); // present, and still the table doubles first
+    EXPECT_EQ(present.Size(), 200u);
+    EXPECT_EQ(indexed[TabStr("g5")].str, "g5");
+    EXPECT_EQ(indexed.Size(), 200u);
+    t.Add(TabStr("g88")); // the 89th: 88 reaches 100 - 12
+    EXPECT_EQ(t.Size(), 200u);
+    EXPECT_EQ(t.Card(), 89u);
+    EXPECT_TRUE(t & Key("g", 0));
+}
+
+TEST(OHashTableTest, ResizeReplacesSizesThatCannotHoldTheElements)
+{
+    const struct {
+        const char* name;
+        unsigned count, asked, size;
+    } rows[] = {
+        {"room enough", 30, 40, 40},     {"50 in 10", 50, 10, 100},   {"none in 0", 0, 0, 100},
+        {"87 in 87", 87, 87, 100},       {"88 in 88", 88, 88, 200},   {"150 in 10", 150, 10, 200},
+        {"174 < 200 - 25", 174, 10, 200}, {"175 = 200 - 25", 175, 10, 400},
+        {"85 in 90 reaches 90 - 11 while rebuilding", 85, 90, 180},
+    };
+    for (const auto& r : rows) {
+        Table t(1000);
+        for (unsigned i = 0; i < r.count; ++i)
+            t.Add(TabStr(Key("r", i)));
+        t.Resize(r.asked);
+        EXPECT_EQ(t.Size(), r.size) << r.name;
+        EXPECT_EQ(t.Card(), r.count) << r.name;
+        for (unsigned i = 0; i < r.count; ++i)
+            ASSERT_TRUE(t & TabStr(Key("r", i))) << r.name;
+    }
+}
+
+TEST(OHashTableTest, IteratorDeletesWithoutDisturbingTheWalk)
+{
+    OHashTable<String_t, StrCnt> t;
+    for (int i = 0; i < 60; ++i)
+        t.Add(StrCnt(Key("i", i)));
+    const Layout before = LayoutOf(t);
+    OHashIterator<String_t, StrCnt> it(t);
+    EXPECT_EQ(it.Del(), nullptr); // no current element yet
+    Layout seen;
+    while (StrCnt* e = it()) {
+        seen.emplace_back(it.Index(), e->str.Text());
+        if (seen.size() % 2 == 1) {
+            EXPECT_EQ(it.Del(), e);
+            EXPECT_TRUE(e->str.IsNull()); // the slot releases its text at once
+            EXPECT_EQ(it.Del(), nullptr);
+        }
+    }
+    EXPECT_EQ(seen, before);
+    EXPECT_EQ(it.Index(), 100);
+    EXPECT_EQ(it.Del(), nullptr);
+    it.Reset();
+    EXPECT_EQ(it(), t.Find(String_t(before[1].second.c_str())));
+    EXPECT_EQ(t.Card(), 30u);
+}
+
+// Every operation mirrored into std::map, for each record. Small tables under churn fill with
+// tombstones: lookups of absent keys then walk every bucket, and insertions reuse tombstones.
+template <class T> T Make(const std::string& k, int v);
+template <> TabStr Make(const std::string& k, int) { return TabStr(k.c_str()); }
+template <> StrCnt Make(const std::string& k, int v)
+{
+    StrCnt c(k.c_str());
+    c.count = v;
+    return c;
+}
+template <> StrStrMap Make(const std::string& k, int v)
+{
+    return StrStrMap(k.c_str(), std::to_string(v).c_str());
+}
+int ValueOf(const TabStr&) { return 0; }
+int ValueOf(const StrCnt& c) { return c.count; }
+int ValueOf(const StrStrMap& m) { return std::stoi(m.value.Text()); }
+
+template <class T> class OHashModelTest : public ::testing::Test {};
+using Records = ::testing::Types<TabStr, StrCnt, StrStrMap>;
+TYPED_TEST_SUITE(OHashModelTest, Records);
+
+TYPED_TEST(OHashModelTest, MatchesAMapUnderChurn)
+{
+    for (unsigned initial : {1u, 8u, 100u}) {
+        std::mt19937 rng(initial);
+        OHashTable<String_t, TypeParam> t(initial);
+        std::map<std::string, int> model;
+        for (int step = 0; step < 6000; ++step) {
+            const std::string k = "m" + std::to_string(rng() % (step < 3000 ? 12 : 300));
+            const TypeParam x = Make<TypeParam>(k, static_cast<int>(rng() % 1000));
+            const bool had = model.count(k) == 1;
+            switch (rng() % 4) {
+            case 0:
+                ASSERT_EQ(t.Add(x) == nullptr, had);
+                model.emplace(k, ValueOf(x));
+                break;
+            case 1:
+                ASSERT_EQ(ValueOf(t[x]), model.emplace(k, ValueOf(x)).first->second);
+                break;
+            case 2:
+                ASSERT_EQ(t.Del(String_t(k.c_str())) != nullptr, model.erase(k) == 1);
+                break;
+            default:
+                TypeParam* e = t.Find(String_t(k.c_str()));
+                ASSERT_EQ(e != nullptr, had);
+                ASSERT_TRUE(e == nullptr || ValueOf(*e) == model[k]);
+            }
+            ASSERT_EQ(t.Card(), model.size());
+        }
+        std::map<std::string, int> walked;
+        OHashIterator<String_t, TypeParam> it(t);
+        while (TypeParam* e = it())
+            walked.emplace(reinterpret_cast<String_t*>(e)->Text(), ValueOf(*e));
+        EXPECT_EQ(walked, model) << initial;
+    }
+}
+
+namespace {
+
+// A record whose default and copy constructors fail on the n-th call, as String_t's do when memory
+// is exhausted.
+struct Flaky {
+    String_t key;
+    int value = 0;
+    static int budget; // calls left before the failing one; negative: never fail
+    static void Spend()
+    {
+        if (budget >= 0 && budget-- == 0)
+            throw std::bad_alloc();
+    }
+    Flaky() { Spend(); }
+    Flaky(const String_t& k, int v) : key(k), value(v) {}
+    Flaky(const Flaky& o) : key(o.key), value(o.value) { Spend(); }
+    Flaky& operator=(const Flaky&) = default;
+};
+int Flaky::budget = -1;
+using FlakyTable = OHashTable<String_t, Flaky>;
+
+// Runs op with the n-th constructor call failing, n = 0, 1, ... until op completes; after each failure
+// the table must be as before. Returns the number of failures.
+template <class Op> int FailEachStep(FlakyTable& t, Op op)
+{
+    for (int n = 0;; ++n) {
+        const Layout before = LayoutOf(t);
+        const unsigned size = t.Size();
+        Flaky::budget = n;
+        try {
+            op(t);
+            Flaky::budget = -1;
+            return n;
+        } catch (const std::bad_alloc&) {
+            Flaky::budget = -1;
+        }
+        EXPECT_EQ(LayoutOf(t), before) << n;
+        EXPECT_EQ(t.Size(), size) << n;
+    }
+}
+
+} // namespace
+
+TEST(OHashTableTest, FailedStepsLeaveTheTableAsItWas)
+{
+    FlakyTable t, nested(1000), copy(10);
+    for (int i = 0; i < 88; ++i)
+        t.Add(Flaky(Key("f", i), i));
+    for (int i = 0; i < 85; ++i)
+        nested.Add(Flaky(Key("n", i), i));
+    // Growth to 200 slots, each a constructor call; an element of the table itself copied first.
+    EXPECT_GE(FailEachStep(t, [](FlakyTable& u) { u[*u.Find(String_t("f3"))].value = 7; }), 201);
+    EXPECT_EQ(t.Find(String_t("f3"))->value, 7);
+    // A rebuild that doubles again half-way fails at either allocation.
+    EXPECT_GE(FailEachStep(nested, [](FlakyTable& u) { u.Resize(90); }), 90 + 180);
+    EXPECT_EQ(nested.Size(), 180u);
+    FailEachStep(copy, [&](FlakyTable& u) { u = t; });
+    EXPECT_EQ(LayoutOf(copy), LayoutOf(t));
+    FailEachStep(copy, [](FlakyTable& u) { u.Del(String_t("f5")); });
+    EXPECT_EQ(copy.Card(), 87u);
+    FailEachStep(copy, [](FlakyTable& u) { u.Clear(); });
+    EXPECT_EQ(copy.Card(), 0u);
+    EXPECT_EQ(t.Card(), 88u);
+}
+
+TEST(OHashTableDeathTest, NoRoomFailsTheBestspotAssertion)
+{
+    // _Del of an empty bucket uncounts it, so _Add can fill every bucket under the load limit: an
+    // insertion then walks size + 1 used buckets.
+    OHashTable<String_t, StrCnt> t(10);
+    t._Del(0);
+    t._Del(0);
+    for (unsigned i = 0; i < 10; ++i)
+        t._Add(i, StrCnt(Key("", i)));
+    EXPECT_EQ(t.Card(), 8u);
+    EXPECT_EQ(t.Find(String_t("x")), nullptr);
+    EXPECT_EQ(t.Add(StrCnt("3")), nullptr);
+
+    auto report = [](const std::string& function) {
+        return testutil::AssertionPattern(
+            "include/generic/gohash", function + " [with K = String_t; T = StrCnt]", "bestspot < size");
+    };
+    EXPECT_DEATH(t.Add(StrCnt("new")), report("T* OHashTable<K, T>::Add(const T&)"));
+    EXPECT_DEATH(t[StrCnt("new")], report("T& OHashTable<K, T>::operator[](const T&)"));
+    t._Del(5); // one tombstone: the insertion takes it
+    StrCnt* got = t.Add(StrCnt("new"));
+    EXPECT_EQ(t.Find(String_t("new")), got);
+}
