@@ -1,6 +1,8 @@
 // The binary-tree toolkit of bnode_t.
 #include <tevbase/bnode.h>
 
+template class TVarr<bnode_t*>;
+
 namespace {
 
 typedef bnode_t::Iterator It;
@@ -368,4 +370,13 @@ bnode_t* bnode_t::BuildTree(bnode_t* parent, bnode_t** nodes, int lo, int hi)
     n->left = BuildTree(n, nodes, lo, mid - 1);
     n->right = BuildTree(n, nodes, mid + 1, hi);
     return n;
+}
+
+bnode_t* bnode_t::Balance(bnode_sort_t cmp)
+{
+    TVarr<bnode_t*> nodes(1024, VARR_DOUBLE);
+    for (bnode_t* n = It::LDown(this); n != nullptr; n = NextIn(n, this))
+        nodes.App(n);
+    nodes.Sort(cmp);
+    return BuildTree(nullptr, nodes.Get(), 0, static_cast<int>(nodes.Len()) - 1);
 }

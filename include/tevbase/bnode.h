@@ -5,6 +5,7 @@
 
 #include <stdint.h>
 
+#include <generic/tvarr>
 #include <tevbase/config.h>
 
 class bnode_t;
@@ -115,6 +116,10 @@ public:
     // Links nodes[lo..hi] (sorted) into a perfectly balanced tree under parent and returns its root,
     // nodes[(lo + hi) / 2]; null when lo exceeds hi.
     static bnode_t* BuildTree(bnode_t* parent, bnode_t** nodes, int lo, int hi);
+    // Rebuilds the tree rooted at this node as a balanced tree of the same nodes (relinked, not
+    // copied), ordered by cmp; returns the new root, whose parent is null. An AVLnode's balance factors
+    // are left as they were.
+    bnode_t* Balance(bnode_sort_t cmp);
 
 protected:
     // Copies of a node start unlinked; derived classes use this in Dup().
@@ -169,5 +174,8 @@ protected:
     // A copy carries the balance factor but no links.
     AVLnode(const AVLnode& other) : bnode_t(other), bal(other.bal) {}
 };
+
+// Balance collects the nodes in a TVarr<bnode_t*>.
+extern template class TVarr<bnode_t*>;
 
 #endif

@@ -267,6 +267,68 @@ TEST_F(BnodeTest, CheckTreeReportsDepthsInOrder)
     EXPECT_EQ(seen, (std::vector<std::pair<int, int>>{{35, 1}, {40, 0}, {42, 2}, {45, 1}}));
 }
 
+int Ascending(bnode_t* const* a, bnode_t* const* b) { return Key(*a) - Key(*b); }
+int Descending(bnode_t* const* a, bnode_t* const* b) { return Key(*b) - Key(*a); }
+
+int Height(const bnode_t* n) { return n == nullptr ? 0 : 1 + std::max(Height(n->left), Height(n->right)); }
+
+TEST_F(BnodeTest, BalanceRebuildsByTheSortOrder)
+{
+    t = Build({1, 2, 3, 4, 5, 6, 7});
+    EXPECT_EQ(Height(t), 7);
+    t = t->Balance(Ascending);
+    EXPECT_EQ(Shape(t), "4(2(1,3),6(5,7))");
+    t = t->Balance(Descending); // the sort decides, not the old order
+    EXPECT_EQ(Shape(t), "4(6(7,5),2(3,1))");
+    t = t->DeleteTree();
+
+    const struct {
+        std::vector<int> keys;
+        const char* shape;
+    } rows[] = {
+        {{1}, "1"},
+        {{2, 1}, "1(-,2)"},
+        {{6, 5, 4, 3, 2, 1}, "3(1(-,2),5(4,6))"},
+        {{8, 1, 7, 2, 6, 3, 5, 4}, "4(2(1,3),6(5,7(-,8)))"},
+    };
+    for (const auto& row : rows) {
+        t = Build(row.keys)->Balance(Ascending);
+        EXPECT_EQ(Shape(t), row.shape);
+        t = t->DeleteTree();
+    }
+
+    std::mt19937 rng(7);
+    for (int n : {100, 1000, 4095, 4096}) {
+        std::vector<int> keys(n);
+        for (int i = 0; i < n; ++i)
+            keys[i] = i;
+        std::shuffle(keys.begin(), keys.end(), rng);
+        t = Build(keys)->Balance(Ascending);
+        int h = 0;
+        while ((1 << h) <= n)
+            ++h;
+        EXPECT_EQ(Height(t), h) << n;
+        Visits v;
+        bnode_t::Inorder(t, Record, &v);
+        EXPECT_TRUE(std::is_sorted(v.keys.begin(), v.keys.end()));
+        EXPECT_EQ(static_cast<int>(v.keys.size()), n);
+        Shape(t); // parent links
+        t = t->DeleteTree();
+    }
+}
+
+TEST_F(BnodeTest, BuildTreeOfOneNodeTakesTheParent)
+{
+    INode parent(0), only(1);
+    only.left = &parent; // stale links are overwritten
+    bnode_t* nodes[] = {&only};
+    EXPECT_EQ(bnode_t::BuildTree(&parent, nodes, 0, 0), &only);
+    EXPECT_EQ(only.parent, &parent);
+    EXPECT_EQ(only.left, nullptr);
+    EXPECT_EQ(only.right, nullptr);
+    EXPECT_EQ(bnode_t::BuildTree(&parent, nodes, 1, 0), nullptr);
+}
+
 TEST_F(BnodeTest, DegenerateChainsNeedNoStack)
 {
     // Sorted plain insertion makes a chain as deep as it is long; the walks follow parent links.
