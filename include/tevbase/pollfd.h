@@ -2,6 +2,7 @@
 #ifndef TEVBASE_POLLFD_H
 #define TEVBASE_POLLFD_H
 
+#include <generic/tvarr>
 #include <tevbase/config.h>
 
 namespace SockIO {
@@ -24,5 +25,11 @@ struct TEVBASE_API PollFd {
 };
 
 } // namespace SockIO
+
+// Poll sets grow as TVarr<SockIO::PollFd>; new slots are empty records.
+extern template void TVarr<SockIO::PollFd>::Init();
+extern template void TVarr<SockIO::PollFd>::Extend(unsigned int);
+extern template class TVarrCmp<SockIO::PollFd>;
+extern template class TVarrRange<SockIO::PollFd>;
 
 #endif
