@@ -32,6 +32,7 @@
 #include <tevbase/bnode.h>
 #include <tevbase/tmap.h>
 #include <generic/tvector>
+#include <tevbase/vars.h>
 
 // Geometry
 #include <tevbase/stroke.h>
