@@ -133,7 +133,7 @@ struct Mirror {
 
     void Step(std::mt19937& rng, unsigned keys)
     {
-        char key[8];
+        char key[16];
         std::snprintf(key, sizeof key, "k%03u", static_cast<unsigned>(rng() % keys));
         if (rng() % 5 < 3) {
             const std::pair<int*, int> r = map.Insert(key, static_cast<int>(rng() % 1000));
