@@ -15,4 +15,7 @@
 #include <tevbase/string.h>
 #include <tevbase/textutil.h>
 
+// Geometry
+#include <tevbase/geometry.h>
+
 #endif
