@@ -37,8 +37,8 @@ bool trunc_span_fits(gu_coord_t c, double r)
 
 // Circular arc of `radius` about `centre` from `start` over `sweep` as 2 .. max points, both ends on
 // the circle, coordinates truncated: the point rule shared by the three-point and centre arcs.
-void arc_points(int16_t* nout, gu_point_t* out, gu_point_t centre, gu_coord_t radius, float start, float sweep,
-                int16_t segs, int16_t max)
+void arc_points(int16_t* nout, gu_point_t* out, gu_point_t centre, gu_coord_t radius, float start,
+                float sweep, int16_t segs, int16_t max)
 {
     const double sw = sweep;
     const int k = std::abs(static_cast<int>(std::trunc(segs * sw / kTwoPi))); // |sw| stays below 4pi
@@ -59,7 +59,8 @@ void arc_points(int16_t* nout, gu_point_t* out, gu_point_t centre, gu_coord_t ra
         inc = sw / (k - 1);
     }
     // Two points at least, and a one-point arc would divide by zero.
-    if (count < 2 || count > max || !trunc_span_fits(centre.x, radius) || !trunc_span_fits(centre.y, radius)) {
+    if (count < 2 || count > max || !trunc_span_fits(centre.x, radius) ||
+        !trunc_span_fits(centre.y, radius)) {
         *nout = 0;
         return;
     }
@@ -75,7 +76,8 @@ void arc_points(int16_t* nout, gu_point_t* out, gu_point_t centre, gu_coord_t ra
 
 extern "C" {
 
-void gu_circle2polygon(int16_t* nout, gu_point_t* out, const gu_point_t* centre, int width, int height, int16_t n)
+void gu_circle2polygon(int16_t* nout, gu_point_t* out, const gu_point_t* centre, int width, int height,
+                       int16_t n)
 {
     if (n <= 0) {
         *nout = n;
@@ -260,8 +262,8 @@ void gu_arc2a2polygon(int16_t* nout, gu_point_t* out, const gu_point_t* centre, 
     *nout = static_cast<int16_t>(count);
 }
 
-void gu_arcpa2polygon(int16_t* nout, gu_point_t* out, const gu_point_t* centre, const gu_point_t* start, int width,
-                      int height, int16_t segs, int16_t max, float sweep)
+void gu_arcpa2polygon(int16_t* nout, gu_point_t* out, const gu_point_t* centre, const gu_point_t* start,
+                      int width, int height, int16_t segs, int16_t max, float sweep)
 {
     const float a0 = static_cast<float>(std::atan2(Diff(start->y, centre->y), Diff(start->x, centre->x)));
     gu_arc2a2polygon(nout, out, centre, width, height, segs, max, a0, sweep);

@@ -142,7 +142,8 @@ void clip_segment(gu_point_t a, gu_point_t b, const WindowL& w, Visible<gu_point
 {
     const int64_t dx = int64_t(b.x) - a.x, dy = int64_t(b.y) - a.y;
     const int64_t p[4] = {-dx, dx, -dy, dy};
-    const int64_t q[4] = {int64_t(a.x) - w.xmin, int64_t(w.xmax) - a.x, int64_t(a.y) - w.ymin, int64_t(w.ymax) - a.y};
+    const int64_t q[4] = {int64_t(a.x) - w.xmin, int64_t(w.xmax) - a.x, int64_t(a.y) - w.ymin,
+                          int64_t(w.ymax) - a.y};
     Frac t0 = {0, 1}, t1 = {1, 1};
     int in = -1, out = -1;
     v->visible = false;

@@ -7,7 +7,6 @@
 #include <cmath>
 
 #include <tevbase/geometry.h>
-#include <tevbase/textutil.h>
 
 namespace gu {
 
@@ -47,7 +46,8 @@ inline double Diff(gu_coord_t b, gu_coord_t a)
 inline int16_t Narrow16(int v)
 {
     const uint32_t low = static_cast<uint32_t>(v) & 0xFFFFu;
-    return static_cast<int16_t>(low >= 0x8000u ? static_cast<int32_t>(low) - 0x10000 : static_cast<int32_t>(low));
+    const int32_t v16 = low >= 0x8000u ? static_cast<int32_t>(low) - 0x10000 : static_cast<int32_t>(low);
+    return static_cast<int16_t>(v16);
 }
 
 } // namespace gu

@@ -1,6 +1,7 @@
 // Polygon primitives: orthogonality, snapping, orientation, area, clean-up, offsetting, intersections.
 #include <tevbase/geometry.h>
 
+#include <stddef.h>
 #include <stdlib.h>
 #include <string.h>
 
@@ -14,6 +15,10 @@
 #include "coord.h"
 
 using gu::Diff;
+
+// Callers pass raw coordinate arrays: x then y, 32 bits each, no gaps.
+static_assert(sizeof(gu_point_t) == 8 && offsetof(gu_point_t, y) == 4, "gu_point_t layout");
+static_assert(sizeof(gu_rect_t) == 16, "gu_rect_t layout");
 
 namespace {
 
@@ -181,7 +186,8 @@ int gu_polygon_orientationi(int n, const gu_point_t* pts)
     const int b = a + 1 == n ? 0 : a + 1;
     const int c = b + 1 == n ? 0 : b + 1;
     const gu_point_t &A = pts[a], &B = pts[b], &C = pts[c];
-    const double v = double(A.x) * Diff(C.y, B.y) + double(C.x) * Diff(B.y, A.y) + double(B.x) * Diff(A.y, C.y);
+    const double v =
+        double(A.x) * Diff(C.y, B.y) + double(C.x) * Diff(B.y, A.y) + double(B.x) * Diff(A.y, C.y);
     return v > 0 ? -1 : 1;
 }
 
@@ -371,8 +377,8 @@ int gu_is_rectangle(int n, const gu_point_t* pts)
     return sx * Diff(pts[2].x, pts[1].x) + sy * Diff(pts[2].y, pts[1].y) == 0;
 }
 
-int gu_line_intersection_l(const gu_point_t* p1, const gu_point_t* p2, const gu_point_t* q1, const gu_point_t* q2,
-                           double* t, gu_point_t* out)
+int gu_line_intersection_l(const gu_point_t* p1, const gu_point_t* p2, const gu_point_t* q1,
+                           const gu_point_t* q2, double* t, gu_point_t* out)
 {
     LineParam r;
     if (!line_parameter(p1, p2, q1, q2, r))
@@ -387,8 +393,8 @@ int gu_line_intersection_l(const gu_point_t* p1, const gu_point_t* p2, const gu_
     return 1;
 }
 
-int gu_line_intersection(const gu_point_t* p1, const gu_point_t* p2, const gu_point_t* q1, const gu_point_t* q2,
-                         gu_point_t* out)
+int gu_line_intersection(const gu_point_t* p1, const gu_point_t* p2, const gu_point_t* q1,
+                         const gu_point_t* q2, gu_point_t* out)
 {
     double t;
     return gu_line_intersection_l(p1, p2, q1, q2, &t, out);

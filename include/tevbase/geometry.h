@@ -175,8 +175,8 @@ TEVBASE_API void gu_arcc2p2polygon(int16_t* nout, gu_point_t* out, const gu_poin
 // *nout = nseg + 2 with nseg about segs * |sweep| / 2pi, at least 1 and at most max - 2. The sweep is
 // first brought into [-2pi, 2pi]. 0 points for max below 3, a non-finite sweep or a point outside the
 // coordinate range.
-TEVBASE_API void gu_arc2a2polygon(int16_t* nout, gu_point_t* out, const gu_point_t* centre, int width, int height,
-                                  int16_t segs, int16_t max, float start_angle, float sweep);
+TEVBASE_API void gu_arc2a2polygon(int16_t* nout, gu_point_t* out, const gu_point_t* centre, int width,
+                                  int height, int16_t segs, int16_t max, float start_angle, float sweep);
 
 // gu_arc2a2polygon starting at the angle of start about centre.
 TEVBASE_API void gu_arcpa2polygon(int16_t* nout, gu_point_t* out, const gu_point_t* centre,
