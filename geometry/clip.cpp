@@ -49,8 +49,9 @@ struct Visible {
 // Borders in the order of the parametric constraints p t <= q.
 enum Border { kLeft, kRight, kBottom, kTop };
 
-// Pieces are gathered in the scratch array and handed to fn when they end. A piece that goes on from one segment
-// to the next already holds the shared point as its last, so each segment adds its exit only.
+// Pieces are gathered in the scratch array and handed to fn when they end. A piece that goes on
+// from one segment to the next already holds the shared point as its last, so each segment adds its
+// exit only.
 template <class Point, class Clip, class Emit>
 void clip_polyline(int n, Clip clip, Emit emit)
 {
