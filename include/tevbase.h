@@ -33,4 +33,7 @@
 // Geometry
 #include <tevbase/stroke.h>
 
+// Geometry
+#include <tevbase/geometry.h>
+
 #endif
