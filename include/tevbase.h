@@ -31,9 +31,7 @@
 #include <tevbase/set.h>
 
 // Geometry
-#include <tevbase/stroke.h>
-
-// Geometry
 #include <tevbase/geometry.h>
+#include <tevbase/stroke.h>
 
 #endif
