@@ -35,6 +35,7 @@
 #include <tevbase/vars.h>
 
 // Geometry
+#include <tevbase/geometry.h>
 #include <tevbase/stroke.h>
 
 // Networking
