@@ -1,12 +1,14 @@
-// TOList<String_t> against a model, its iterator, Split, Concat, the comparators and the tokenizers.
+// TOList<String_t> against a model, its iterator; Split, Concat and the tokenizers against a reference;
+// the comparators.
 #include <tevbase/strlist.h>
 
 #include <support/testutil.h>
 
 #include <gtest/gtest.h>
 
+#include <strings.h>
+
 #include <algorithm>
-#include <cctype>
 #include <cstdlib>
 #include <deque>
 #include <random>
@@ -33,23 +35,17 @@ TOList<String_t> list_of(const Strings& items)
     return list;
 }
 
-// The ring closes at the last link after exactly n links.
-void expect_ring(const TOList<String_t>& list, std::size_t n)
+// Fields of s cut at every ',' and ';', as Split promises them.
+Strings reference_fields(const std::string& s)
 {
-    ASSERT_EQ(list.Last() == nullptr, n == 0);
-    const olink_t* p = list.last;
-    for (std::size_t i = 0; i < n; ++i) {
-        p = p->next;
-        ASSERT_EQ(p == list.last, i + 1 == n) << "at " << i;
+    Strings out(1);
+    for (char c : s) {
+        if (c == ',' || c == ';')
+            out.emplace_back();
+        else
+            out.back() += c;
     }
-    ASSERT_EQ(list.Len(), static_cast<int>(n));
-}
-
-std::string upper(std::string s)
-{
-    for (char& c : s)
-        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    return s;
+    return out;
 }
 
 Strings splitter_fields(const char* s, const char* seps, const char* trim)
@@ -70,7 +66,7 @@ TEST(TOListTest, RandomOperationsMatchModel)
     std::mt19937 rng(17);
     TOList<String_t> list;
     std::deque<std::string> model;
-    auto same = [](const std::string& x, const std::string& y) { return upper(x) == upper(y); };
+    auto same = [](const std::string& x, const std::string& y) { return strcasecmp(x.c_str(), y.c_str()) == 0; };
     for (int step = 0; step < 3000; ++step) {
         SCOPED_TRACE(step);
         const std::string w = words[rng() % 6];
@@ -116,7 +112,7 @@ TEST(TOListTest, RandomOperationsMatchModel)
         case 6:
             list.Sort(StrListCaseCmp);
             std::stable_sort(model.begin(), model.end(),
-                             [](const std::string& x, const std::string& y) { return upper(x) < upper(y); });
+                             [](const std::string& x, const std::string& y) { return strcasecmp(x.c_str(), y.c_str()) < 0; });
             break;
         case 7:
             list.Uniq(StrListCaseCmp);
@@ -142,8 +138,9 @@ TEST(TOListTest, RandomOperationsMatchModel)
             break;
         }
         }
-        ASSERT_NO_FATAL_FAILURE(expect_ring(list, model.size()));
-        ASSERT_EQ(contents(list), Strings(model.begin(), model.end()));
+        ASSERT_EQ(contents(list), Strings(model.begin(), model.end())); // from the first to the last link
+        ASSERT_EQ(list.Len(), static_cast<int>(model.size()));           // around the ring back to the last
+        ASSERT_EQ(list.Last() == nullptr, model.empty());
         if (model.size() > 40)
             list.Clear(), model.clear();
     }
@@ -177,22 +174,24 @@ TEST(TOListTest, UniqLoopAndRemoveLoop)
 
 TEST(TOListTest, IteratorEnds)
 {
+    // operator() stops at the last link as it was at binding or Reset; operator++ goes on until the
+    // ring wraps.
     TOList<String_t> list = list_of({"a", "b"});
     TOListIterator<String_t> call(list), step(list);
     list.Append("c");
-    // operator() stops at the last link as it was when bound; operator++ goes on until the ring wraps.
-    Strings by_call, by_step;
-    while (String_t* s = call())
-        by_call.push_back(s->Text());
+    auto called = [&call] {
+        Strings out;
+        while (String_t* s = call())
+            out.push_back(s->Text());
+        return out;
+    };
+    EXPECT_EQ(called(), (Strings{"a", "b"}));
+    Strings stepped;
     for (; step; ++step)
-        by_step.push_back(step->Text());
-    EXPECT_EQ(by_call, (Strings{"a", "b"}));
-    EXPECT_EQ(by_step, (Strings{"a", "b", "c"}));
+        stepped.push_back(step->Text());
+    EXPECT_EQ(stepped, (Strings{"a", "b", "c"}));
     call.Reset();
-    by_call.clear();
-    while (String_t* s = call())
-        by_call.push_back(s->Text());
-    EXPECT_EQ(by_call, (Strings{"a", "b", "c"}));
+    EXPECT_EQ(called(), (Strings{"a", "b", "c"}));
 
     TOList<String_t> empty;
     TOListIterator<String_t> none(empty);
@@ -208,40 +207,47 @@ TEST(TOListDeathTest, PopAndGetOnEmptyList)
     EXPECT_DEATH(list.Get(), testutil::AssertionPattern(file, "T TOList<T>::Get() [with T = String_t]", "p != 0"));
 }
 
-TEST(StrListTest, SplitConcatAndComparators)
+// Split against the reference fields, Concat putting them back together; StringTok gives the non-empty
+// fields and StringSplitter all but an empty last one.
+TEST(StrListTest, SplitAndTokenizersAgreeWithAReference)
 {
-    struct Row {
-        const char* s;
-        const char* seps;
-        Strings fields;
-    };
-    const Row rows[] = {
-        {"a:b:c", ":", {"a", "b", "c"}}, {"", ":", {""}}, {"a,,b", ",", {"a", "", "b"}},
-        {"a,", ",", {"a", ""}},          {",a", ",", {"", "a"}}, {"a b\tc", " \t", {"a", "b", "c"}},
-        {"abc", nullptr, {"abc"}},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.s);
+    std::mt19937 rng(23);
+    for (int i = 0; i < 2000; ++i) {
+        std::string s(rng() % 9, ' ');
+        for (char& c : s)
+            c = "ab,;"[rng() % 4];
+        SCOPED_TRACE(s);
+        Strings fields = reference_fields(s);
         TOList<String_t> list = list_of({"kept"});
-        EXPECT_EQ(Split(row.s, list, row.seps), static_cast<int>(row.fields.size()));
-        Strings expected{"kept"};
-        expected.insert(expected.end(), row.fields.begin(), row.fields.end());
-        EXPECT_EQ(contents(list), expected);
-        for (TOListIterator<String_t> it(list); String_t* s = it();)
-            EXPECT_FALSE(s->IsNull());
-        // Concat puts the fields back together.
-        if (row.seps != nullptr && row.seps[1] == '\0') {
-            list.Pop();
-            EXPECT_EQ(Concat(list, row.seps[0]), row.s);
-        }
+        EXPECT_EQ(Split(s.c_str(), list, ",;"), static_cast<int>(fields.size()));
+        EXPECT_EQ(list.Pop(), "kept");
+        EXPECT_EQ(contents(list), fields);
+        EXPECT_FALSE(list.First()->contents.IsNull());
+        std::string joined = s;
+        std::replace(joined.begin(), joined.end(), ';', ',');
+        EXPECT_EQ(Concat(list, ','), joined.c_str());
+
+        Strings tokens;
+        std::copy_if(fields.begin(), fields.end(), std::back_inserter(tokens), [](const std::string& f) { return !f.empty(); });
+        StringTok tok(s.c_str());
+        Strings got;
+        while (const char* t = tok(",;"))
+            got.push_back(t);
+        EXPECT_EQ(got, tokens);
+        if (fields.back().empty())
+            fields.pop_back();
+        EXPECT_EQ(splitter_fields(s.c_str(), ",;", ""), fields);
     }
     TOList<String_t> list;
     EXPECT_EQ(Split(nullptr, list, ","), 0);
-    EXPECT_EQ(list.Len(), 0);
-    EXPECT_FALSE(Concat(list, '/').IsNull());
+    EXPECT_EQ(Split("a b", list, nullptr), 1); // no separators: one field
+    EXPECT_FALSE(Concat(TOList<String_t>(), '/').IsNull());
     EXPECT_EQ(Concat(String_t("a"), String_t("b"), ", "), "a, b");
     EXPECT_FALSE(Concat(String_t(), String_t(), nullptr).IsNull());
+}
 
+TEST(StrListTest, Comparators)
+{
     const TOLink<String_t> abc{String_t("abc")}, none{String_t()};
     const String_t abd("ABD"), empty("");
     EXPECT_GT(StrListCmp(&abc, &abd), 0);
@@ -250,7 +256,7 @@ TEST(StrListTest, SplitConcatAndComparators)
     EXPECT_LT(StrListCaseCmp(&none, &empty), 0);
 }
 
-TEST(StringTokTest, Tokens)
+TEST(StringTokTest, SeparatorsAndCopies)
 {
     struct Row {
         const char* s;
@@ -259,11 +265,8 @@ TEST(StringTokTest, Tokens)
         std::vector<char> separators;
     };
     const Row rows[] = {
-        {"  a  b ", {" ", " ", " "}, {"a", "b", nullptr}, {' ', ' ', ' '}}, // runs collapse
-        {"a,b", {",", ",", ","}, {"a", "b", nullptr}, {',', 0, 0}},
-        {"a,b c", {",", " ", " "}, {"a", "b", "c"}, {',', ' ', 0}}, // separators change
-        {",,,", {",", ","}, {nullptr, nullptr}, {0, 0}},
-        {"", {","}, {nullptr}, {0}},
+        {"  a  b ", {" ", " ", " "}, {"a", "b", nullptr}, {' ', ' ', ' '}},
+        {"a,b c", {",", " ", " "}, {"a", "b", "c"}, {',', ' ', 0}}, // separators change from call to call
         {nullptr, {","}, {nullptr}, {0}},
         {"a b", {nullptr, nullptr}, {"a b", nullptr}, {0, 0}},
     };
@@ -271,8 +274,7 @@ TEST(StringTokTest, Tokens)
         SCOPED_TRACE(row.s != nullptr ? row.s : "(null)");
         StringTok tok(row.s);
         for (std::size_t i = 0; i < row.seps.size(); ++i) {
-            const char* t = tok(row.seps[i]);
-            EXPECT_STREQ(t, row.tokens[i]) << i;
+            EXPECT_STREQ(tok(row.seps[i]), row.tokens[i]) << i;
             EXPECT_EQ(tok.Separator(), row.separators[i]) << i;
         }
     }
@@ -289,7 +291,7 @@ TEST(StringTokTest, Tokens)
     EXPECT_STREQ(copy(" "), "y");
 }
 
-TEST(StringSplitterTest, Fields)
+TEST(StringSplitterTest, TrimmedFieldsAndCopies)
 {
     struct Row {
         const char* s;
@@ -298,15 +300,14 @@ TEST(StringSplitterTest, Fields)
         Strings fields;
     };
     const Row rows[] = {
-        {"a,,b", ",", "", {"a", "", "b"}},   // separators never collapse
-        {"a,b,", ",", "", {"a", "b"}},       // a trailing separator makes no field
-        {"", ",", "", {}}, {nullptr, ",", "", {}}, {",", ",", "", {""}},
+        {nullptr, ",", "", {}},
+        {"a,b", nullptr, nullptr, {"a,b"}},
         {" x , y ", ",", " ", {"x", "y"}},   // trimmed; inner blanks stay
         {" a b ,c", ",", " ", {"a b", "c"}},
         {"a, ,b", ",", " ", {"a", "", "b"}}, // a blank field trims to empty
         {" , y", ",", " ", {"", "y"}},
         {"a,  ", ",", " ", {"a"}},           // trim set up to the end: no field
-        {"-+a+-:b", ":", "+-", {"a", "b"}}, {"a,b", nullptr, nullptr, {"a,b"}},
+        {"-+a+-:b", ":", "+-", {"a", "b"}},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.s != nullptr ? row.s : "(null)");
@@ -328,31 +329,4 @@ TEST(StringSplitterTest, Fields)
     EXPECT_STREQ(f.Field(), " p ");
     f.Bind(f.Field()); // from its own text
     EXPECT_STREQ(f.Field(), " p ");
-}
-
-// Without a trim set, StringSplitter gives Split's fields but for a last empty one; StringTok gives the
-// non-empty ones.
-TEST(StringSplitterTest, AgreesWithSplit)
-{
-    std::mt19937 rng(23);
-    for (int i = 0; i < 2000; ++i) {
-        std::string s(rng() % 9, ' ');
-        for (char& c : s)
-            c = "ab,;"[rng() % 4];
-        SCOPED_TRACE(s);
-        TOList<String_t> list;
-        Split(s.c_str(), list, ",;");
-        Strings fields = contents(list);
-        Strings tokens;
-        std::copy_if(fields.begin(), fields.end(), std::back_inserter(tokens), [](const std::string& f) { return !f.empty(); });
-        if (fields.back().empty())
-            fields.pop_back();
-        EXPECT_EQ(splitter_fields(s.c_str(), ",;", ""), fields);
-
-        StringTok tok(s.c_str());
-        Strings got;
-        while (const char* t = tok(",;"))
-            got.push_back(t);
-        EXPECT_EQ(got, tokens);
-    }
 }
