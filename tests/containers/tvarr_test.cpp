@@ -56,16 +56,11 @@ void Fill(TVarr<String_t>& a, const Ints& keys)
 template <class T> unsigned Slots(TVarr<T>& a)
 {
     const unsigned len = a.Len();
-    unsigned lo = len, hi = 1u << 24;
-    while (lo < hi) {
-        const unsigned mid = lo + (hi - lo + 1) / 2;
-        if (a.Adjust(mid) == a.Get() + mid)
-            lo = mid;
-        else
-            hi = mid - 1;
-    }
+    unsigned n = len;
+    while (a.Adjust(n + 1) == a.Get() + n + 1)
+        ++n;
     a.Adjust(len);
-    return lo;
+    return n;
 }
 
 int Sign(int key, int elem) { return key < elem ? -1 : key > elem; }
