@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 #include <support/testutil.h>
 
-#include <algorithm>
-#include <random>
 #include <set>
 #include <string>
 #include <vector>
