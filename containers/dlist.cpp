@@ -1,26 +1,31 @@
 // DList and DListIterator: intrusive doubly linked ring of DLink.
+#include "ring.h"
+
 #include <tevbase/list.h>
 
 DLink::~DLink() = default;
 
+namespace {
+
+using Ring = tevbase_list::DoubleRing<DLink>;
+
+// A link that was taken out: its next and prev are cleared.
+DLink* cleared(DLink* link)
+{
+    link->next = link->prev = nullptr;
+    return link;
+}
+
+} // namespace
+
 void DList::LinkAfter(DLink* pos, DLink* link)
 {
-    link->prev = pos;
-    link->next = pos->next;
-    pos->next->prev = link;
-    pos->next = link;
+    Ring::link_after(pos, link);
 }
 
 void DList::Unlink(DLink* link)
 {
-    if (link->next == link) {
-        last = nullptr;
-        return;
-    }
-    link->prev->next = link->next;
-    link->next->prev = link->prev;
-    if (link == last)
-        last = link->prev;
+    Ring::unlink(last, link);
 }
 
 void DList::Append(DLink* link)
@@ -31,12 +36,7 @@ void DList::Append(DLink* link)
 
 void DList::Insert(DLink* link)
 {
-    if (last == nullptr) {
-        link->next = link->prev = link;
-        last = link;
-    } else {
-        LinkAfter(last, link);
-    }
+    Ring::push_front(last, link);
 }
 
 DLink* DList::RemoveFirst()
@@ -45,8 +45,7 @@ DLink* DList::RemoveFirst()
         return nullptr;
     DLink* link = last->next;
     Unlink(link);
-    link->next = link->prev = nullptr;
-    return link;
+    return cleared(link);
 }
 
 DLink* DList::RemoveLast()
@@ -58,90 +57,44 @@ DLink* DList::RemoveLast()
 
 DLink* DList::Find(DListCmp fn, const void* key) const
 {
-    if (last == nullptr)
-        return nullptr;
-    DLink* p = last;
-    do {
-        p = p->next;
-        if (fn(p, key) == 0)
-            return p;
-    } while (p != last);
-    return nullptr;
+    return Ring::find(last, [fn, key](const DLink* p) { return fn(p, key) == 0; });
 }
 
 DLink* DList::Remove(DListCmp fn, const void* key)
 {
     DLink* link = Find(fn, key);
-    if (link != nullptr) {
-        Unlink(link);
-        link->next = link->prev = nullptr;
-    }
-    return link;
+    if (link == nullptr)
+        return nullptr;
+    Unlink(link);
+    return cleared(link);
 }
 
 void DList::RemoveLoop(DListCmp fn, const void* key, DListDispose dispose)
 {
-    if (last == nullptr)
-        return;
-    DLink* const end = last;
-    DLink* p = last->next;
-    for (;;) {
-        DLink* const next = p->next;
-        const bool at_end = p == end;
-        if (fn(p, key) == 0) {
-            Unlink(p);
-            p->next = p->prev = nullptr;
+    Ring::unlink_each(
+        last, [fn, key](const DLink* p) { return fn(p, key) == 0; },
+        [dispose](DLink* p) {
+            cleared(p);
             if (dispose != nullptr)
                 dispose(p);
             else
                 delete p;
-        }
-        if (at_end || last == nullptr)
-            return;
-        p = next;
-    }
+        });
 }
 
 void DList::Loop(DListFn fn, void* arg)
 {
-    if (last == nullptr)
-        return;
-    DLink* const end = last;
-    DLink* p = last->next;
-    for (;;) {
-        DLink* const next = p->next;
-        const bool at_end = p == end;
-        fn(p, arg);
-        if (at_end)
-            return;
-        p = next;
-    }
+    Ring::each(last, [fn, arg](DLink* p) { fn(p, arg); });
 }
 
 DLink* DList::operator[](int i) const
 {
-    if (last == nullptr || i < 0)
-        return nullptr;
-    DLink* p = last->next;
-    for (; i > 0; --i) {
-        if (p == last)
-            return nullptr;
-        p = p->next;
-    }
-    return p;
+    return Ring::at(last, i);
 }
 
 int DList::Len() const
 {
-    if (last == nullptr)
-        return 0;
-    int n = 0;
-    const DLink* p = last;
-    do {
-        ++n;
-        p = p->next;
-    } while (p != last);
-    return n;
+    return Ring::count(last);
 }
 
 void DList::Clear()
@@ -154,7 +107,7 @@ DLink* DListIterator::operator()()
 {
     DLink* link = cur_;
     if (link != nullptr)
-        cur_ = link == list_->last ? nullptr : link->next;
+        cur_ = Ring::after(list_->last, link);
     return link;
 }
 
@@ -179,8 +132,7 @@ DLink* DListIterator::Remove()
     DLink* link = cur_;
     if (link == nullptr)
         return nullptr;
-    cur_ = link == list_->last ? nullptr : link->next;
+    cur_ = Ring::after(list_->last, link);
     list_->Unlink(link);
-    link->next = link->prev = nullptr;
-    return link;
+    return cleared(link);
 }

@@ -1,11 +1,18 @@
 // DPList and DPListIterator: doubly linked ring of pooled links holding void* elements.
+#include "ring.h"
+
 #include <tevbase/list.h>
 #include <tevbase/pool.h>
+
+#include <utility>
 
 namespace {
 
 Pool dplink_pool;
 constexpr unsigned kLinkBlock = 8192;
+
+using Ring = tevbase_list::DoubleRing<DPLink>;
+using tevbase_list::release;
 
 } // namespace
 
@@ -21,49 +28,30 @@ void DPLink::operator delete(void* p, std::size_t size)
 
 DPList::DPList(const DPList& other) : last(nullptr)
 {
-    if (other.last == nullptr)
-        return;
-    const DPLink* p = other.last;
-    do {
-        p = p->next;
-        Append(p->data);
-    } while (p != other.last);
+    Ring::each(other.last, [this](const DPLink* p) { Append(p->data); });
 }
 
 DPList& DPList::operator=(const DPList& other)
 {
     DPList copy(other); // fine when &other == this
-    DPLink* mine = last;
-    last = copy.last;
-    copy.last = mine;
+    std::swap(last, copy.last);
     return *this;
 }
 
+// A new link holding d after pos, or the only link when pos is null (an empty list).
 DPLink* DPList::LinkAfter(DPLink* pos, void* d)
 {
     DPLink* link = new DPLink{nullptr, nullptr, d};
-    if (pos == nullptr) {
-        link->next = link->prev = link;
-        last = link;
-    } else {
-        link->prev = pos;
-        link->next = pos->next;
-        pos->next->prev = link;
-        pos->next = link;
-    }
+    if (pos == nullptr)
+        Ring::push_front(last, link);
+    else
+        Ring::link_after(pos, link);
     return link;
 }
 
 void DPList::Unlink(DPLink* link)
 {
-    if (link->next == link) {
-        last = nullptr;
-        return;
-    }
-    link->prev->next = link->next;
-    link->next->prev = link->prev;
-    if (link == last)
-        last = link->prev;
+    Ring::unlink(last, link);
 }
 
 DPLink* DPList::Append(void* d)
@@ -84,32 +72,19 @@ void* DPList::RemoveFirst()
         return nullptr;
     DPLink* link = last->next;
     Unlink(link);
-    void* data = link->data;
-    delete link;
-    return data;
+    return release(link);
 }
 
 void* DPList::RemoveLast()
 {
-    if (last == nullptr)
-        return nullptr;
-    void* data = last->data;
-    delete last;
+    void* data = release(last);
     last = nullptr;
     return data;
 }
 
 DPLink* DPList::FindL(slist_cmp_t fn, const void* key) const
 {
-    if (last == nullptr)
-        return nullptr;
-    DPLink* p = last;
-    do {
-        p = p->next;
-        if (fn(p->data, key) == 0)
-            return p;
-    } while (p != last);
-    return nullptr;
+    return Ring::find(last, [fn, key](const DPLink* p) { return fn(p->data, key) == 0; });
 }
 
 void* DPList::Find(slist_cmp_t fn, const void* key) const
@@ -121,86 +96,42 @@ void* DPList::Find(slist_cmp_t fn, const void* key) const
 void* DPList::Remove(slist_cmp_t fn, const void* key)
 {
     DPLink* link = FindL(fn, key);
-    if (link == nullptr)
-        return nullptr;
-    Unlink(link);
-    void* data = link->data;
-    delete link;
-    return data;
+    if (link != nullptr)
+        Unlink(link);
+    return release(link);
 }
 
 void DPList::RemoveLoop(slist_cmp_t fn, const void* key, slist_dispose_t dispose)
 {
-    if (last == nullptr)
-        return;
-    DPLink* const end = last;
-    DPLink* p = last->next;
-    for (;;) {
-        DPLink* const next = p->next;
-        const bool at_end = p == end;
-        if (fn(p->data, key) == 0) {
-            Unlink(p);
-            void* data = p->data;
-            delete p;
+    Ring::unlink_each(
+        last, [fn, key](const DPLink* p) { return fn(p->data, key) == 0; },
+        [dispose](DPLink* p) {
+            void* data = release(p);
             if (dispose != nullptr)
                 dispose(data);
-        }
-        if (at_end || last == nullptr)
-            return;
-        p = next;
-    }
+        });
 }
 
 void* DPList::Replace(slist_cmp_t fn, const void* key, void* d)
 {
     DPLink* link = FindL(fn, key);
-    if (link == nullptr)
-        return nullptr;
-    void* old = link->data;
-    link->data = d;
-    return old;
+    return link != nullptr ? std::exchange(link->data, d) : nullptr;
 }
 
 void DPList::Loop(slist_fn_t fn, void* arg) const
 {
-    if (last == nullptr)
-        return;
-    DPLink* const end = last;
-    DPLink* p = last->next;
-    for (;;) {
-        DPLink* const next = p->next;
-        const bool at_end = p == end;
-        fn(p->data, arg);
-        if (at_end)
-            return;
-        p = next;
-    }
+    Ring::each(last, [fn, arg](const DPLink* p) { fn(p->data, arg); });
 }
 
 void* DPList::operator[](int i) const
 {
-    if (last == nullptr || i < 0)
-        return nullptr;
-    const DPLink* p = last->next;
-    for (; i > 0; --i) {
-        if (p == last)
-            return nullptr;
-        p = p->next;
-    }
-    return p->data;
+    const DPLink* link = Ring::at(last, i);
+    return link != nullptr ? link->data : nullptr;
 }
 
 int DPList::Len() const
 {
-    if (last == nullptr)
-        return 0;
-    int n = 0;
-    const DPLink* p = last;
-    do {
-        ++n;
-        p = p->next;
-    } while (p != last);
-    return n;
+    return Ring::count(last);
 }
 
 void DPList::Clear()
@@ -214,7 +145,7 @@ void* DPListIterator::operator()()
     DPLink* link = cur_;
     if (link == nullptr)
         return nullptr;
-    cur_ = link == list_->last ? nullptr : link->next;
+    cur_ = Ring::after(list_->last, link);
     return link->data;
 }
 
@@ -237,9 +168,7 @@ void* DPListIterator::Remove()
     DPLink* link = cur_;
     if (link == nullptr)
         return nullptr;
-    cur_ = link == list_->last ? nullptr : link->next;
+    cur_ = Ring::after(list_->last, link);
     list_->Unlink(link);
-    void* data = link->data;
-    delete link;
-    return data;
+    return release(link);
 }

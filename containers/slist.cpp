@@ -1,28 +1,18 @@
 // slist_t: singly linked ring of pooled links holding void* elements.
-#include "ringsort.h"
+#include "ring.h"
 
 #include <tevbase/list.h>
 #include <tevbase/pool.h>
+
+#include <utility>
 
 namespace {
 
 Pool slink_pool;
 constexpr unsigned kLinkBlock = 8192;
 
-// Takes link (whose predecessor is prev) out of the ring behind last, frees it and returns its data.
-void* free_after(slink_t*& last, slink_t* prev, slink_t* link)
-{
-    if (prev == link) {
-        last = nullptr;
-    } else {
-        prev->next = link->next;
-        if (link == last)
-            last = prev;
-    }
-    void* data = link->data;
-    delete link;
-    return data;
-}
+using Ring = tevbase_list::SingleRing<slink_t>;
+using tevbase_list::release;
 
 } // namespace
 
@@ -38,21 +28,13 @@ void slink_t::operator delete(void* p, std::size_t size)
 
 slist_t::slist_t(const slist_t& other) : last(nullptr)
 {
-    if (other.last == nullptr)
-        return;
-    const slink_t* p = other.last;
-    do {
-        p = p->next;
-        append(p->data);
-    } while (p != other.last);
+    Ring::each(other.last, [this](const slink_t* p) { append(p->data); });
 }
 
 slist_t& slist_t::operator=(const slist_t& other)
 {
     slist_t copy(other); // fine when &other == this
-    slink_t* mine = last;
-    last = copy.last;
-    copy.last = mine;
+    std::swap(last, copy.last);
     return *this;
 }
 
@@ -66,69 +48,42 @@ slink_t* slist_t::append(void* d)
 slink_t* slist_t::insert(void* d)
 {
     slink_t* link = new slink_t{nullptr, d};
-    if (last == nullptr) {
-        link->next = link;
-        last = link;
-    } else {
-        link->next = last->next;
-        last->next = link;
-    }
+    Ring::push_front(last, link);
     return link;
 }
 
 void slist_t::append(slist_t& other)
 {
-    if (&other == this || other.last == nullptr)
-        return;
-    if (last != nullptr) {
-        slink_t* first = last->next;
-        last->next = other.last->next;
-        other.last->next = first;
-    }
-    last = other.last;
-    other.last = nullptr;
+    slink_t* const end = other.last;
+    insert(other);
+    if (end != nullptr)
+        last = end;
 }
 
 void slist_t::insert(slist_t& other)
 {
     if (&other == this || other.last == nullptr)
         return;
-    if (last != nullptr) {
-        slink_t* first = last->next;
-        last->next = other.last->next;
-        other.last->next = first;
-    } else {
+    if (last != nullptr)
+        std::swap(last->next, other.last->next); // each last now leads to the other's first
+    else
         last = other.last;
-    }
     other.last = nullptr;
 }
 
 void* slist_t::removeTop()
 {
-    return last != nullptr ? free_after(last, last, last->next) : nullptr;
+    return release(Ring::unlink_first(last));
 }
 
 void* slist_t::removeBottom()
 {
-    if (last == nullptr)
-        return nullptr;
-    slink_t* prev = last;
-    while (prev->next != last)
-        prev = prev->next;
-    return free_after(last, prev, last);
+    return release(Ring::unlink_last(last));
 }
 
 slink_t* slist_t::Findl(slist_cmp_t fn, const void* key) const
 {
-    if (last == nullptr)
-        return nullptr;
-    slink_t* p = last;
-    do {
-        p = p->next;
-        if (fn(p->data, key) == 0)
-            return p;
-    } while (p != last);
-    return nullptr;
+    return Ring::find(last, [fn, key](const slink_t* p) { return fn(p->data, key) == 0; });
 }
 
 void* slist_t::find(slist_cmp_t fn, const void* key) const
@@ -139,91 +94,40 @@ void* slist_t::find(slist_cmp_t fn, const void* key) const
 
 void* slist_t::remove(slist_cmp_t fn, const void* key)
 {
-    if (last == nullptr)
-        return nullptr;
-    slink_t* prev = last;
-    do {
-        slink_t* p = prev->next;
-        if (fn(p->data, key) == 0)
-            return free_after(last, prev, p);
-        prev = p;
-    } while (prev != last);
-    return nullptr;
+    return release(Ring::unlink_match(last, [fn, key](const slink_t* p) { return fn(p->data, key) == 0; }));
 }
 
 void slist_t::removeLoop(slist_cmp_t fn, const void* key, slist_dispose_t dispose)
 {
-    if (last == nullptr)
-        return;
-    slink_t* const end = last;
-    slink_t* prev = last;
-    slink_t* p = last->next;
-    for (;;) {
-        slink_t* const next = p->next;
-        const bool at_end = p == end;
-        if (fn(p->data, key) == 0) {
-            void* data = free_after(last, prev, p);
+    Ring::unlink_each(
+        last, [fn, key](const slink_t* p) { return fn(p->data, key) == 0; },
+        [dispose](slink_t* p) {
+            void* data = release(p);
             if (dispose != nullptr)
                 dispose(data);
-        } else {
-            prev = p;
-        }
-        if (at_end || last == nullptr)
-            return;
-        p = next;
-    }
+        });
 }
 
 void* slist_t::Replace(slist_cmp_t fn, const void* key, void* d)
 {
     slink_t* link = Findl(fn, key);
-    if (link == nullptr)
-        return nullptr;
-    void* old = link->data;
-    link->data = d;
-    return old;
+    return link != nullptr ? std::exchange(link->data, d) : nullptr;
 }
 
 void slist_t::loop(slist_fn_t fn, void* arg) const
 {
-    if (last == nullptr)
-        return;
-    slink_t* const end = last;
-    slink_t* p = last->next;
-    for (;;) {
-        slink_t* const next = p->next;
-        const bool at_end = p == end;
-        fn(p->data, arg);
-        if (at_end)
-            return;
-        p = next;
-    }
+    Ring::each(last, [fn, arg](const slink_t* p) { fn(p->data, arg); });
 }
 
 int slist_t::Len() const
 {
-    if (last == nullptr)
-        return 0;
-    int n = 0;
-    const slink_t* p = last;
-    do {
-        ++n;
-        p = p->next;
-    } while (p != last);
-    return n;
+    return Ring::count(last);
 }
 
 void* slist_t::operator[](int i) const
 {
-    if (last == nullptr || i < 0)
-        return nullptr;
-    const slink_t* p = last->next;
-    for (; i > 0; --i) {
-        if (p == last)
-            return nullptr;
-        p = p->next;
-    }
-    return p->data;
+    const slink_t* link = Ring::at(last, i);
+    return link != nullptr ? link->data : nullptr;
 }
 
 void slist_t::clear()
@@ -234,7 +138,7 @@ void slist_t::clear()
 
 void slist_t::Sort(slist_order_t cmp)
 {
-    last = tevbase_list::sort_ring(last, [cmp](const slink_t* a, const slink_t* b) { return cmp(a->data, b->data) > 0; });
+    last = Ring::sort(last, [cmp](const slink_t* a, const slink_t* b) { return cmp(a->data, b->data) > 0; });
 }
 
 void slist_t::Uniq(slist_order_t cmp, slist_dispose_t dispose)
@@ -248,7 +152,8 @@ void slist_t::Uniq(slist_order_t cmp, slist_dispose_t dispose)
         slink_t* p = kept->next;
         void* data = p->data;
         if (cmp(data, before) == 0) {
-            free_after(last, kept, p);
+            Ring::unlink_after(last, kept, p);
+            release(p);
             if (dispose != nullptr)
                 dispose(data);
         } else {

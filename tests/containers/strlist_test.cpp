@@ -1,12 +1,14 @@
-// TOList<String_t> against a model, its iterator, Split, Concat, the comparators and the tokenizers.
+// TOList<String_t> against a model, its iterator; Split, Concat and the tokenizers against a reference;
+// the comparators.
 #include <tevbase/strlist.h>
 
 #include <support/testutil.h>
 
 #include <gtest/gtest.h>
 
+#include <strings.h>
+
 #include <algorithm>
-#include <cctype>
 #include <cstdlib>
 #include <deque>
 #include <random>
@@ -33,23 +35,17 @@ TOList<String_t> list_of(const Strings& items)
     return list;
 }
 
-// The ring closes at the last link after exactly n links.
-void expect_ring(const TOList<String_t>& list, std::size_t n)
+// Fields of s cut at every ',' and ';', as Split promises them.
+Strings reference_fields(const std::string& s)
 {
-    ASSERT_EQ(list.Last() == nullptr, n == 0);
-    const olink_t* p = list.last;
-    for (std::size_t i = 0; i < n; ++i) {
-        p = p->next;
-        ASSERT_EQ(p == list.last, i + 1 == n) << "at " << i;
+    Strings out(1);
+    for (char c : s) {
+        if (c == ',' || c == ';')
+            out.emplace_back();
+        else
+            out.back() += c;
     }
-    ASSERT_EQ(list.Len(), static_cast<int>(n));
-}
-
-std::string upper(std::string s)
-{
-    for (char& c : s)
-        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    return s;
+    return out;
 }
 
 Strings splitter_fields(const char* s, const char* seps, const char* trim)
@@ -70,7 +66,7 @@ TEST(TOListTest, RandomOperationsMatchModel)
     std::mt19937 rng(17);
     TOList<String_t> list;
     std::deque<std::string> model;
-    auto same = [](const std::string& x, const std::string& y) { return upper(x) == upper(y); };
+    auto same = [](const std::string& x, const std::string& y) { return strcasecmp(x.c_str(), y.c_str()) == 0; };
     for (int step = 0; step < 3000; ++step) {
         SCOPED_TRACE(step);
         const std::string w = words[rng() % 6];
@@ -116,20 +112,21 @@ TEST(TOListTest, RandomOperationsMatchModel)
         case 6:
             list.Sort(StrListCaseCmp);
             std::stable_sort(model.begin(), model.end(),
-                             [](const std::string& x, const std::string& y) { return upper(x) < upper(y); });
+                             [](const std::string& x, const std::string& y) { return strcasecmp(x.c_str(), y.c_str()) < 0; });
             break;
         case 7:
             list.Uniq(StrListCaseCmp);
             model.erase(std::unique(model.begin(), model.end(), same), model.end());
             break;
-        case 8: {
-            TOList<String_t> reversed = list_of({"stale"});
-            EXPECT_EQ(&list.Reverse(reversed), &reversed);
-            EXPECT_EQ(contents(reversed), Strings(model.rbegin(), model.rend()));
-            const TOList<String_t>& copy = at_end ? reversed : list;
-            list = copy;
-            if (at_end)
-                std::reverse(model.begin(), model.end());
+        case 8: { // into itself, or into another list (this one unchanged) that is then assigned back
+            TOList<String_t> out = list_of({"stale"});
+            TOList<String_t>& target = at_end ? list : out;
+            EXPECT_EQ(&list.Reverse(target), &target);
+            if (!at_end) {
+                EXPECT_EQ(contents(list), Strings(model.begin(), model.end()));
+            }
+            std::reverse(model.begin(), model.end());
+            list = target;
             break;
         }
         default: {
@@ -141,37 +138,24 @@ TEST(TOListTest, RandomOperationsMatchModel)
             break;
         }
         }
-        ASSERT_NO_FATAL_FAILURE(expect_ring(list, model.size()));
-        ASSERT_EQ(contents(list), Strings(model.begin(), model.end()));
+        ASSERT_EQ(contents(list), Strings(model.begin(), model.end())); // from the first to the last link
+        ASSERT_EQ(list.Len(), static_cast<int>(model.size()));           // around the ring back to the last
+        ASSERT_EQ(list.Last() == nullptr, model.empty());
         if (model.size() > 40)
             list.Clear(), model.clear();
     }
 }
 
-TEST(TOListTest, EdgeCases)
+TEST(TOListTest, UniqLoopAndRemoveLoop)
 {
-    TOList<String_t> digits = list_of({"1", "2", "3"}), out;
-    digits.Reverse(out);
-    EXPECT_EQ(contents(out), (Strings{"3", "2", "1"}));
-    EXPECT_EQ(contents(digits), (Strings{"1", "2", "3"}));
-    digits.Reverse(digits);
-    EXPECT_EQ(contents(digits), (Strings{"3", "2", "1"}));
-
-    // Uniq compares with the predecessor as the list stood, dropping the surplus links at the end.
-    TOList<String_t> runs = list_of({"x", "x", "y", "x", "x", "x"});
-    runs.Uniq(StrListCmp);
-    EXPECT_EQ(contents(runs), (Strings{"x", "y", "x"}));
-    ASSERT_NO_FATAL_FAILURE(expect_ring(runs, 3));
-    // With a comparison that is not transitive the predecessor matters, not the last element kept.
+    // With a comparison that is not transitive the predecessor counts, not the last element kept.
     TOList<String_t> steps = list_of({"a", "b", "c", "d", "f"});
     steps.Uniq([](const TOLink<String_t>* l, const String_t* prev) {
         return std::abs(l->contents.Text()[0] - prev->Text()[0]) <= 1 ? 0 : 1;
     });
     EXPECT_EQ(contents(steps), (Strings{"a", "f"}));
 
-    int calls = 0;
-    runs.Loop(+[](TOLink<String_t>* link, int* n) { *n += link->Contents() == "x" ? 1 : 0; }, &calls);
-    EXPECT_EQ(calls, 2);
+    TOList<String_t> runs = list_of({"x", "y", "x"});
     struct IsX : olist_cmpo_t {
         int operator()(const olink_t* l) const override
         {
@@ -180,51 +164,39 @@ TEST(TOListTest, EdgeCases)
     } is_x;
     runs.RemoveLoop(is_x);
     EXPECT_EQ(contents(runs), (Strings{"y"}));
-    EXPECT_EQ(runs.First()->Next(), runs.Last());
-
     // Loop may hand out links that remove themselves.
     runs.Append("z");
     runs.Loop(+[](TOLink<String_t>* link, TOList<String_t>* list) {
         list->Remove(+[](const TOLink<String_t>* l, const TOLink<String_t>* me) { return l == me ? 0 : 1; }, link);
     }, &runs);
     EXPECT_EQ(runs.First(), nullptr);
-    EXPECT_EQ(runs[0], nullptr);
 }
 
 TEST(TOListTest, IteratorEnds)
 {
+    // operator() stops at the last link as it was at binding or Reset; operator++ goes on until the
+    // ring wraps.
     TOList<String_t> list = list_of({"a", "b"});
     TOListIterator<String_t> call(list), step(list);
     list.Append("c");
-    // operator() stops at the last link as it was when bound; operator++ goes on until the ring wraps.
-    Strings by_call, by_step;
-    while (String_t* s = call())
-        by_call.push_back(s->Text());
+    auto called = [&call] {
+        Strings out;
+        while (String_t* s = call())
+            out.push_back(s->Text());
+        return out;
+    };
+    EXPECT_EQ(called(), (Strings{"a", "b"}));
+    Strings stepped;
     for (; step; ++step)
-        by_step.push_back(step->Text());
-    EXPECT_EQ(by_call, (Strings{"a", "b"}));
-    EXPECT_EQ(by_step, (Strings{"a", "b", "c"}));
+        stepped.push_back(step->Text());
+    EXPECT_EQ(stepped, (Strings{"a", "b", "c"}));
     call.Reset();
-    by_call.clear();
-    while (String_t* s = call())
-        by_call.push_back(s->Text());
-    EXPECT_EQ(by_call, (Strings{"a", "b", "c"}));
-
-    TOListIterator<String_t> it(list);
-    EXPECT_EQ(*it.Succ(), "a");
-    TOListIterator<String_t> before = it++;
-    EXPECT_EQ(*before, "a");
-    EXPECT_EQ(*it, "b");
-    *it = "B"; // contents change through the iterator
-    EXPECT_EQ(contents(list), (Strings{"a", "B", "c"}));
+    EXPECT_EQ(called(), (Strings{"a", "b", "c"}));
 
     TOList<String_t> empty;
     TOListIterator<String_t> none(empty);
     EXPECT_EQ(none(), nullptr);
-    EXPECT_EQ(none.Succ(), nullptr);
     EXPECT_FALSE(none);
-    TOListIterator<String_t> unbound;
-    EXPECT_EQ(unbound(), nullptr);
 }
 
 TEST(TOListDeathTest, PopAndGetOnEmptyList)
@@ -235,185 +207,9 @@ TEST(TOListDeathTest, PopAndGetOnEmptyList)
     EXPECT_DEATH(list.Get(), testutil::AssertionPattern(file, "T TOList<T>::Get() [with T = String_t]", "p != 0"));
 }
 
-TEST(StrListTest, SplitAndConcat)
-{
-    struct Row {
-        const char* name;
-        const char* s;
-        const char* seps;
-        Strings fields;
-    };
-    const Row rows[] = {
-        {"plain", "a:b:c", ":", {"a", "b", "c"}},
-        {"empty text", "", ":", {""}},
-        {"every separator ends a field", "a,,b", ",", {"a", "", "b"}},
-        {"trailing separator", "a,", ",", {"a", ""}},
-        {"leading separator", ",a", ",", {"", "a"}},
-        {"any of the set", "a b\tc", " \t", {"a", "b", "c"}},
-        {"no separators", "abc", nullptr, {"abc"}},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        TOList<String_t> list = list_of({"kept"});
-        EXPECT_EQ(Split(row.s, list, row.seps), static_cast<int>(row.fields.size()));
-        Strings expected{"kept"};
-        expected.insert(expected.end(), row.fields.begin(), row.fields.end());
-        EXPECT_EQ(contents(list), expected);
-        for (TOListIterator<String_t> it(list); String_t* s = it();)
-            EXPECT_FALSE(s->IsNull());
-        // Concat puts the fields back together.
-        if (row.seps != nullptr && row.seps[1] == '\0') {
-            list.Pop();
-            EXPECT_EQ(Concat(list, row.seps[0]), row.s);
-        }
-    }
-    TOList<String_t> list;
-    EXPECT_EQ(Split(nullptr, list, ","), 0);
-    EXPECT_EQ(list.Len(), 0);
-
-    EXPECT_EQ(Concat(list_of({"a", "b", "c"}), '/'), "a/b/c");
-    EXPECT_EQ(Concat(list_of({"", "b", ""}), '/'), "/b/");
-    EXPECT_FALSE(Concat(list, '/').IsNull());
-    EXPECT_EQ(Concat(list, '/'), "");
-    EXPECT_EQ(Concat(String_t("a"), String_t("b"), ", "), "a, b");
-    EXPECT_EQ(Concat(String_t(), String_t("b"), nullptr), "b");
-    EXPECT_FALSE(Concat(String_t(), String_t(), nullptr).IsNull());
-}
-
-TEST(StrListTest, Comparators)
-{
-    struct Row {
-        const char* a;
-        const char* b;
-        int cmp_sign;
-        int case_cmp;
-    };
-    const Row rows[] = {
-        {"abc", "abc", 0, 0},
-        {"abc", "ABD", 1, 'C' - 'D'},
-        {"a1", "A2", 1, '1' - '2'},
-        {"a_", "A^", 1, '_' - '^'}, // not letters: plain codes
-        {"ab", "a", 1, 'b'},
-        {"", "a", -1, -'a'},
-        {nullptr, "", -1, -1}, // null data orders before ""
-        {"", nullptr, 1, 1},
-        {nullptr, nullptr, 0, 0},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(std::string(row.a ? row.a : "(null)") + " vs " + (row.b ? row.b : "(null)"));
-        const TOLink<String_t> link{String_t(row.a)};
-        const String_t key(row.b);
-        const int cmp = StrListCmp(&link, &key);
-        EXPECT_EQ((cmp > 0) - (cmp < 0), row.cmp_sign);
-        EXPECT_EQ(StrListCaseCmp(&link, &key), row.case_cmp);
-    }
-}
-
-TEST(StringTokTest, Tokens)
-{
-    struct Row {
-        const char* name;
-        const char* s;
-        std::vector<const char*> seps; // one call each
-        std::vector<const char*> tokens;
-        std::vector<char> separators;
-    };
-    const Row rows[] = {
-        {"runs collapse", "  a  b ", {" ", " ", " "}, {"a", "b", nullptr}, {' ', ' ', ' '}},
-        {"token at the end", "a,b", {",", ",", ","}, {"a", "b", nullptr}, {',', 0, 0}},
-        {"separators change", "a,b c", {",", " ", " "}, {"a", "b", "c"}, {',', ' ', 0}},
-        {"only separators", ",,,", {",", ","}, {nullptr, nullptr}, {0, 0}},
-        {"empty", "", {","}, {nullptr}, {0}},
-        {"null", nullptr, {","}, {nullptr}, {0}},
-        {"no separators", "a b", {nullptr, nullptr}, {"a b", nullptr}, {0, 0}},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        StringTok tok(row.s);
-        for (std::size_t i = 0; i < row.seps.size(); ++i) {
-            const char* t = tok(row.seps[i]);
-            if (row.tokens[i] == nullptr)
-                EXPECT_EQ(t, nullptr) << i;
-            else
-                EXPECT_STREQ(t, row.tokens[i]) << i;
-            EXPECT_EQ(tok.Separator(), row.separators[i]) << i;
-        }
-    }
-
-    // A copy goes on from where the original stands and cuts its own text.
-    const char text[] = "one two three";
-    StringTok tok(text);
-    EXPECT_STREQ(tok(" "), "one");
-    StringTok copy(tok);
-    EXPECT_STREQ(tok(" "), "two");
-    EXPECT_STREQ(copy(" "), "two");
-    EXPECT_STREQ(copy(" "), "three");
-    EXPECT_STREQ(tok(" "), "three");
-    EXPECT_STREQ(text, "one two three");
-    tok = "x y";
-    EXPECT_STREQ(tok(" "), "x");
-    copy = tok;
-    const StringTok& self = copy;
-    copy = self;
-    EXPECT_STREQ(copy(" "), "y");
-}
-
-TEST(StringSplitterTest, Fields)
-{
-    struct Row {
-        const char* name;
-        const char* s;
-        const char* seps;
-        const char* trim;
-        Strings fields;
-    };
-    const Row rows[] = {
-        {"separators never collapse", "a,,b", ",", "", {"a", "", "b"}},
-        {"trailing separator makes no field", "a,b,", ",", "", {"a", "b"}},
-        {"leading separator", ",a", ",", "", {"", "a"}},
-        {"empty text", "", ",", "", {}},
-        {"null text", nullptr, ",", "", {}},
-        {"lone separator", ",", ",", "", {""}},
-        {"trimmed", " x , y ", ",", " ", {"x", "y"}},
-        {"blank field trims to empty", "a, ,b", ",", " ", {"a", "", "b"}},
-        {"empty field first", ",a", ",", " ", {"", "a"}},
-        {"blank field first", " , y", ",", " ", {"", "y"}},
-        {"all trim at the end", "a,  ", ",", " ", {"a"}},
-        {"inner blanks stay", " a b ,c", ",", " ", {"a b", "c"}},
-        {"several trim characters", "-+a+-:b", ":", "+-", {"a", "b"}},
-        {"several separators", "a;b,c", ",;", "", {"a", "b", "c"}},
-        {"null separators", "a,b", nullptr, nullptr, {"a,b"}},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(splitter_fields(row.s, row.seps, row.trim), row.fields);
-    }
-
-    StringSplitter f("a,b,c", ",", "");
-    EXPECT_STREQ(f.Field(), "a");
-    f.Next();
-    StringSplitter copy(f);
-    f.Next();
-    EXPECT_STREQ(f.Field(), "c");
-    EXPECT_STREQ(copy.Field(), "b");
-    copy.Next();
-    EXPECT_STREQ(copy.Field(), "c");
-    copy.Next();
-    EXPECT_FALSE(copy.Valid());
-    EXPECT_EQ(copy.Field(), nullptr);
-    copy.Next(); // stays at the end
-    EXPECT_FALSE(copy.Valid());
-    copy = f;
-    EXPECT_STREQ(copy.Field(), "c");
-    f.Bind(" p , q ");
-    EXPECT_STREQ(f.Field(), " p ");
-    f.Bind(f.Field()); // from its own text
-    EXPECT_STREQ(f.Field(), " p ");
-}
-
-// Without a trim set, StringSplitter gives Split's fields but for a last empty one; StringTok gives the
-// non-empty ones.
-TEST(StringSplitterTest, AgreesWithSplit)
+// Split against the reference fields, Concat putting them back together; StringTok gives the non-empty
+// fields and StringSplitter all but an empty last one.
+TEST(StrListTest, SplitAndTokenizersAgreeWithAReference)
 {
     std::mt19937 rng(23);
     for (int i = 0; i < 2000; ++i) {
@@ -421,19 +217,116 @@ TEST(StringSplitterTest, AgreesWithSplit)
         for (char& c : s)
             c = "ab,;"[rng() % 4];
         SCOPED_TRACE(s);
-        TOList<String_t> list;
-        Split(s.c_str(), list, ",;");
-        Strings fields = contents(list);
+        Strings fields = reference_fields(s);
+        TOList<String_t> list = list_of({"kept"});
+        EXPECT_EQ(Split(s.c_str(), list, ",;"), static_cast<int>(fields.size()));
+        EXPECT_EQ(list.Pop(), "kept");
+        EXPECT_EQ(contents(list), fields);
+        EXPECT_FALSE(list.First()->contents.IsNull());
+        std::string joined = s;
+        std::replace(joined.begin(), joined.end(), ';', ',');
+        EXPECT_EQ(Concat(list, ','), joined.c_str());
+
         Strings tokens;
         std::copy_if(fields.begin(), fields.end(), std::back_inserter(tokens), [](const std::string& f) { return !f.empty(); });
-        if (fields.back().empty())
-            fields.pop_back();
-        EXPECT_EQ(splitter_fields(s.c_str(), ",;", ""), fields);
-
         StringTok tok(s.c_str());
         Strings got;
         while (const char* t = tok(",;"))
             got.push_back(t);
         EXPECT_EQ(got, tokens);
+        if (fields.back().empty())
+            fields.pop_back();
+        EXPECT_EQ(splitter_fields(s.c_str(), ",;", ""), fields);
     }
+    TOList<String_t> list;
+    EXPECT_EQ(Split(nullptr, list, ","), 0);
+    EXPECT_EQ(Split("a b", list, nullptr), 1); // no separators: one field
+    EXPECT_FALSE(Concat(TOList<String_t>(), '/').IsNull());
+    EXPECT_EQ(Concat(String_t("a"), String_t("b"), ", "), "a, b");
+    EXPECT_FALSE(Concat(String_t(), String_t(), nullptr).IsNull());
+}
+
+TEST(StrListTest, Comparators)
+{
+    const TOLink<String_t> abc{String_t("abc")}, none{String_t()};
+    const String_t abd("ABD"), empty("");
+    EXPECT_GT(StrListCmp(&abc, &abd), 0);
+    EXPECT_EQ(StrListCaseCmp(&abc, &abd), 'C' - 'D');
+    EXPECT_LT(StrListCmp(&none, &empty), 0); // null data orders before ""
+    EXPECT_LT(StrListCaseCmp(&none, &empty), 0);
+}
+
+TEST(StringTokTest, SeparatorsAndCopies)
+{
+    struct Row {
+        const char* s;
+        std::vector<const char*> seps; // one call each
+        std::vector<const char*> tokens;
+        std::vector<char> separators;
+    };
+    const Row rows[] = {
+        {"  a  b ", {" ", " ", " "}, {"a", "b", nullptr}, {' ', ' ', ' '}},
+        {"a,b c", {",", " ", " "}, {"a", "b", "c"}, {',', ' ', 0}}, // separators change from call to call
+        {nullptr, {","}, {nullptr}, {0}},
+        {"a b", {nullptr, nullptr}, {"a b", nullptr}, {0, 0}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.s != nullptr ? row.s : "(null)");
+        StringTok tok(row.s);
+        for (std::size_t i = 0; i < row.seps.size(); ++i) {
+            EXPECT_STREQ(tok(row.seps[i]), row.tokens[i]) << i;
+            EXPECT_EQ(tok.Separator(), row.separators[i]) << i;
+        }
+    }
+
+    // A copy goes on from where the original stands and cuts its own text.
+    StringTok tok("one two three");
+    EXPECT_STREQ(tok(" "), "one");
+    StringTok copy(tok);
+    EXPECT_STREQ(tok(" "), "two");
+    EXPECT_STREQ(copy(" "), "two");
+    tok = "x y";
+    EXPECT_STREQ(tok(" "), "x");
+    copy = tok;
+    EXPECT_STREQ(copy(" "), "y");
+}
+
+TEST(StringSplitterTest, TrimmedFieldsAndCopies)
+{
+    struct Row {
+        const char* s;
+        const char* seps;
+        const char* trim;
+        Strings fields;
+    };
+    const Row rows[] = {
+        {nullptr, ",", "", {}},
+        {"a,b", nullptr, nullptr, {"a,b"}},
+        {" x , y ", ",", " ", {"x", "y"}},   // trimmed; inner blanks stay
+        {" a b ,c", ",", " ", {"a b", "c"}},
+        {"a, ,b", ",", " ", {"a", "", "b"}}, // a blank field trims to empty
+        {" , y", ",", " ", {"", "y"}},
+        {"a,  ", ",", " ", {"a"}},           // trim set up to the end: no field
+        {"-+a+-:b", ":", "+-", {"a", "b"}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.s != nullptr ? row.s : "(null)");
+        EXPECT_EQ(splitter_fields(row.s, row.seps, row.trim), row.fields);
+    }
+
+    StringSplitter f("a,b,c", ",", "");
+    StringSplitter copy(f);
+    f.Next();
+    EXPECT_STREQ(f.Field(), "b");
+    EXPECT_STREQ(copy.Field(), "a");
+    copy = f;
+    copy.Next();
+    EXPECT_STREQ(copy.Field(), "c");
+    copy.Next();
+    copy.Next(); // stays at the end
+    EXPECT_EQ(copy.Field(), nullptr);
+    f.Bind(" p , q ");
+    EXPECT_STREQ(f.Field(), " p ");
+    f.Bind(f.Field()); // from its own text
+    EXPECT_STREQ(f.Field(), " p ");
 }
