@@ -21,7 +21,8 @@ TEST(ByteStringTest, ConstructorsAndPrefixEquality)
     const struct { ByteString b; std::string bytes; } rows[] = {
         {ByteString("abc", 0), "<null>"}, {ByteString(nullptr, 3), "<null>"}, {ByteString(0, "abc", 3, 'x'), "<null>"},
         {ByteString("a\0b", 3), std::string("a\0b", 3)}, {ByteString(3, 'z'), "zzz"},
-        {ByteString(5, "abc", 3, 'x'), "abcxx"}, {ByteString(2, "abc", 3, 'x'), "ab"}, {ByteString(3, nullptr, 3, 'q'), "qqq"},
+        {ByteString(5, "abc", 3, 'x'), "abcxx"}, {ByteString(2, "abc", 3, 'x'), "ab"},
+        {ByteString(3, nullptr, 3, 'q'), "qqq"},
     };
     for (const auto& r : rows) {
         EXPECT_EQ(Bytes(r.b), r.bytes);
@@ -83,6 +84,8 @@ TEST(ByteStringTest, EraseReserveRedefineWriteThroughSharedRepresentation)
     delete[] saved;
     EXPECT_EQ(s.Reserve(0), nullptr);
     EXPECT_EQ(t.Save(), nullptr);
+    t.Redefine(new char[3], 0); // adopted and freed
+    EXPECT_EQ(s.Data(), nullptr);
 }
 
 TEST(ByteStringTest, SubStrAndSubst)
@@ -98,5 +101,5 @@ TEST(ByteStringTest, SubStrAndSubst)
     EXPECT_EQ(Bytes(z.Subst('a', 'b')), std::string("b\0a", 3)); // stops at the zero byte
     EXPECT_EQ(Bytes(ByteString("aaa", 3).Subst('a', '\0')), std::string(3, '\0'));
     EXPECT_EQ(Bytes(ByteString("x.y_\0.", 6).Subst("._", 2, '!')), std::string("x!y!\0.", 6));
-    EXPECT_EQ(Bytes(s), "abcd");
+    EXPECT_EQ(Bytes(s.Subst(nullptr, 3, '!')), "abcd");
 }

@@ -54,7 +54,8 @@ TEST(FormatTest, DirectivesAndTextArguments)
     char hex_max[32];
     std::snprintf(hex_max, sizeof hex_max, "%lx", ULONG_MAX);
     const Row rows[] = {
-        {"%5d|%-5d|%.3d|%6.3d|%-6.3d|%-.3d", {"42", "42", "7", "7", "7", "7"}, "   42|42   |007|   007|700   |700", "", 6},
+        {"%5d|%-5d|%.3d|%6.3d|%-6.3d|%-.3d", {"42", "42", "7", "7", "7", "7"}, "   42|42   |007|   007|700   |700",
+         "", 6},
         {"%6.3d|%2.4d|%05d|%.3d", {"12345", "7", "7", "-7"}, "   12345|0007|    7|0-7", "", 4}, // blanks ignore length
         {"%+d|% d|%#x|%ld %hd %Lf", {"5", "5", "255", "1", "2", "0.5"}, "5|5|ff|1 2 0.500000", "", 6},
         {"%x %d|%X %o %d", {"255", "255", "255", "8", "9"}, "ff ff|FF 10 11", "", 5}, // the base persists
@@ -120,7 +121,7 @@ TEST(FormatTest, Escapes)
         {"\\x41|\\xfFf|\\x1234", "65|4095|2914", ""}, // hexadecimal, written as a number
         {"\\0101|\\0|\\08|\\01234", "65|0|08|834", ""}, // octal likewise
         {"a\\xg", "a0g", "missing hexadecimal number in escape\n"},
-        {"a\\qb", "aqb", "\\q: invalid escape\n"},
+        {"a\\qb\\1", "aqb1", "\\q: invalid escape\n\\1: invalid escape\n"},
         {"\\%d", "%d", "\\%: invalid escape\n"},
         {"ab\\", "ab\\", ""},
     };
@@ -191,13 +192,17 @@ TEST(FormatTest, TypedAndTextArgumentsAgree)
             std::vector<std::string> texts;
             for (int star : stars)
                 texts.push_back(std::to_string(star));
-            texts.push_back(integer ? std::to_string(l) : conv == "c" ? c + std::string("junk") : conv == "s" ? s : d.str());
+            texts.push_back(integer       ? std::to_string(l)
+                            : conv == "c" ? c + std::string("junk")
+                            : conv == "s" ? s : d.str());
 
             const char* f = format.c_str();
             auto typed_with = [&](auto value) {
                 if (stars.empty())
                     return StrFmt(by_type, f, value);
-                return stars.size() == 1 ? StrFmt(by_type, f, stars[0], value) : StrFmt(by_type, f, stars[0], stars[1], value);
+                if (stars.size() == 1)
+                    return StrFmt(by_type, f, stars[0], value);
+                return StrFmt(by_type, f, stars[0], stars[1], value);
             };
             const int ret = integer       ? typed_with(l)
                             : conv == "c" ? typed_with(static_cast<int>(c))

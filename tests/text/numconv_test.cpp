@@ -67,6 +67,7 @@ TEST(StrTointTest, DigitsSignsAndWrapping)
     }
     EXPECT_EQ(str_toint(nullptr, nullptr), 0);
     EXPECT_EQ(str_tolong(" -123abc"), -123);
+    EXPECT_EQ(str_tolong(nullptr), 0);
 }
 
 // Parser 'e' str_todouble (engineering), 's' str_ctodouble (SI), 'f' str_tofloat (engineering, float).
@@ -89,7 +90,7 @@ TEST(StrTodoubleTest, BothDialectsBitExact)
         {'e', "11111111111111111111111111111111", 32, 0x466187BDF63DB730},
         {'e', "111111111111111111111111111111111.5", 35, 0x3FE0000000000000},
         {'e', "111111111111111111111111111111111", 0, 0}, {'e', "-inf", 4, 0xFFEFFFFFFFFFFFFF},
-        {'e', "+min", 4, 0x0010000000000000}, {'e', "inf ", 0, 0}, // the word must end the string
+        {'e', "+min", 4, 0x0010000000000000}, {'e', "inf ", 0, 0}, {'e', "INF", 0, 0},
         {'e', ".", 0, 0}, {'e', "5e", 0, 0}, {'e', nullptr, 0, 0},
         {'s', "10M", 3, 0x416312D000000000}, {'s', "10m", 3, 0x3F847AE147AE147B}, {'s', "5%", 2, 0x3FA999999999999A},
         {'s', "3u", 2, 0x3EC92A737110E45B}, {'s', "1P", 2, 0x430C6BF526340000}, {'s', "1p", 2, 0x3D719799812DEA11},
@@ -147,16 +148,21 @@ TEST(GetDoubleTest, StreamsConsumeAndLeave)
     }
     EXPECT_EQ(Read(GetFloat, "0.1u").bits, Bits(static_cast<float>(0.1 * 1e-6))); // narrowed from the double
     EXPECT_EQ(Read(GetCFloat, "2.5k").bits, Bits(2500.0f));
+    EXPECT_FALSE(Read(GetFloat, "x").stored);
 }
 
 TEST(IntWriterTest, DecimalAndRadix)
 {
     char buf[32];
-    const struct { std::string got; const char* expect; } rows[] = { // copied at once: each row writes into buf
+    const struct { std::string got, expect; } rows[] = { // copied at once: each row writes into buf
         {str_int2str10(buf, 20, -5, 4, '0'), "00-5"}, // the fill goes before the sign
         {str_int2str10(buf, 20, 42, 6, ' '), "    42"}, {str_int2str10(buf, 20, 42, 6, '\0'), "42"},
-        {str_int2str10(buf, 20, INT_MIN, 0, 0), "-2147483648"}, {str_uint2str10(buf, 20, UINT_MAX, 12, '0'), "004294967295"},
+        {str_int2str10(buf, 20, INT_MIN, 0, 0), "-2147483648"},
+        {str_uint2str10(buf, 20, UINT_MAX, 12, '0'), "004294967295"},
         {str_longlong2str10(buf, 32, LLONG_MIN, 0, 0), "-9223372036854775808"},
+        {str_long2str10(buf, 32, LONG_MIN, 0, 0), std::to_string(LONG_MIN)},
+        {str_ulong2str10(buf, 32, ULONG_MAX, 0, 0), std::to_string(ULONG_MAX)},
+        {str_long2strradix(buf, 32, -1L, 0, 0, 16), "0x" + std::string(2 * sizeof(long), 'f')},
         {str_ulonglong2str10(buf, 32, ULLONG_MAX, 0, 0), "18446744073709551615"},
         {str_int2strradix(buf, 20, 255, 4, '0', 16), "0x00ff"}, {str_int2strradix(buf, 20, -1, 0, 0, 16), "0xffffffff"},
         {str_int2strradix(buf, 20, 0, 0, 0, 8), "00"},
@@ -178,9 +184,9 @@ TEST(IntWriterDeathTest, RadixOtherThan2_8_16Aborts)
 TEST(StrToscTest, ScaledShortForm)
 {
     const struct { double value; const char* text; } rows[] = {
-        {0.0, "0_00"}, {4700, "4K70"}, {47000, "47K0"}, {470000, "470K"}, {-0.0047, "-4M70"},
+        {0.0, "0_00"}, {-0.0, "0_00"}, {4700, "4K70"}, {47000, "47K0"}, {470000, "470K"}, {-0.0047, "-4M70"},
         {9.9996, "10_00"}, {1000, "1K00"}, {1e-18, "1A00"}, {-1e6, "-1ME00"}, {-470e6, "-470ME"},
-        {9.99e12, "9T99"}, {1.005, "1_00"}, {-999.4, "-999_"},
+        {9.99e12, "9T99"}, {1.005, "1_00"}, {-999.4, "-999_"}, {1 - 1e-11, "1_00"}, // not "1000M"
     };
     for (const auto& r : rows) {
         char buf[8];

@@ -19,6 +19,7 @@ TEST(StringTest, NullDataDiffersFromEmptyTextOnlyAgainstPointers)
     EXPECT_TRUE(String_t("abc", 0).IsNull());
     EXPECT_TRUE(String_t(nullptr, 5).IsNull());
     EXPECT_EQ(String_t("ab", 5), "ab");
+    EXPECT_EQ(String_t("abcdef", 3), "abc");
 }
 
 TEST(StringTest, ChangesDetachFromSharedCopies)
@@ -90,6 +91,7 @@ TEST(StringTest, DerivedStrings)
     EXPECT_EQ(s.Tolower(), "hello, world 1\xe9");
     EXPECT_EQ(s.Subst('o', '0'), "Hell0, W0rld 1\xe9");
     EXPECT_EQ(s.Subst(", ", '_'), "Hello__World_1\xe9");
+    EXPECT_EQ(s.Subst(static_cast<const char*>(nullptr), '_'), s);
     EXPECT_EQ(s, "Hello, World 1\xe9"); // derived strings leave the source alone
     EXPECT_TRUE(String_t().Subst('a', 'b').IsNull());
 }

@@ -50,6 +50,8 @@ TEST(CfnameTest, CompletesOrSplitsTheLastComponent)
     }
     char name[16] = "in.place";
     EXPECT_STREQ(cfname(name, name, ".x"), "in"); // base may be the name itself
+    EXPECT_EQ(cfname(name, nullptr, ".h"), name);
+    EXPECT_STREQ(name, "in.h");
 }
 
 TEST(FnameMatchTest, WholeNameWildcards)
