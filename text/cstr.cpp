@@ -1,8 +1,6 @@
 // C string routines.
 #include <tevbase/cstr.h>
 
-#include <ctype.h>
-
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
@@ -72,16 +70,17 @@ int field_contains(int pos, const char* s, int slen, const char* sub, int sublen
     return same(s + pos - 1, sub, sublen);
 }
 
-// Fortran's case conversions: each character of the first min(*len, hidden_len) that passes test
-// becomes change of it.
-void change_case(char* s, const int* len, int hidden_len, int (*test)(int), int (*change)(int))
+// Fortran's case conversions, in place over the first min(*len, hidden_len) characters.
+void change_case(char* s, const int* len, int hidden_len, bool upper)
 {
     if (s == nullptr || len == nullptr)
         return;
     const int n = std::min(*len, hidden_len);
-    for (int i = 0; i < n; ++i)
-        if (test(uc(s[i])))
-            s[i] = static_cast<char>(change(uc(s[i])));
+    for (int i = 0; i < n; ++i) {
+        const int c = uc(s[i]);
+        if (upper ? std::islower(c) : std::isupper(c))
+            s[i] = static_cast<char>(upper ? std::toupper(c) : std::tolower(c));
+    }
 }
 
 // The order of two texts when a null pointer decides it: 0 for the same pointer, -1 when only a is
@@ -387,12 +386,12 @@ void str_rshft(char* s, int n, int k)
 // size_t on newer ones; reading it as int works for both on the targets' calling conventions.
 void tolower_(char* s, const int* len, int hidden_len)
 {
-    change_case(s, len, hidden_len, isupper, tolower);
+    change_case(s, len, hidden_len, false);
 }
 
 void toupper_(char* s, const int* len, int hidden_len)
 {
-    change_case(s, len, hidden_len, islower, toupper);
+    change_case(s, len, hidden_len, true);
 }
 
 // ---- Tools -----------------------------------------------------------------------------------------

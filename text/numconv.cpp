@@ -164,17 +164,16 @@ template <class Real> Suffix exponent(const char* s, Real* factor)
     return {true, 1 + n};
 }
 
-// A scale letter's factor f (0: no letter, factor 1, nothing consumed) in the result's precision (the
-// float of each factor is the float nearest its value). Micro is 1.000000000000001e-06 here, five
-// ulps above the stream readers' exact 1e-6: stored results depend on it.
+// The string parsers' micro: 1.000000000000001e-06, five ulps above the stream readers' exact 1e-6
+// (stored results depend on it).
+constexpr double kStringMicro = 0x1.0c6f7a0b5ed92p-20;
+
+// A scale letter's factor f (0: no letter, factor 1, nothing consumed) in the result's precision: the
+// float of each factor is the float nearest its value.
 template <class Real> Suffix scale_letter(double f, Real* factor)
 {
-    if (f == 0) {
-        *factor = 1;
-        return {true, 0};
-    }
-    *factor = static_cast<Real>(f == 1e-6 ? 0x1.0c6f7a0b5ed92p-20 : f);
-    return {true, 1};
+    *factor = f != 0 ? static_cast<Real>(f) : 1;
+    return {true, f != 0 ? 1 : 0};
 }
 
 // Engineering dialect: MEG after M, no MIL.
@@ -186,14 +185,14 @@ template <class Real> Suffix engineering_suffix(const char* s, Real* factor)
         *factor = static_cast<Real>(1e6);
         return {true, 3};
     }
-    return scale_letter(engineering_factor(uc(*s)), factor);
+    return scale_letter(upper(uc(*s)) == 'U' ? kStringMicro : engineering_factor(uc(*s)), factor);
 }
 
 Suffix si_suffix(const char* s, double* factor)
 {
     if (is_exponent(*s))
         return exponent(s, factor);
-    return scale_letter(si_factor(uc(*s)), factor);
+    return scale_letter(*s == 'u' ? kStringMicro : si_factor(uc(*s)), factor);
 }
 
 template <class Real, class SuffixReader> int16_t parse_real(const char* s, Real* value, SuffixReader suffix)
@@ -291,7 +290,7 @@ double stream_exponent(Input& in)
 }
 
 // The factor of the suffix at the stream's next character: an exponent, or a scale letter of factor
-// f (consumed), or 1 when f is 0 (nothing consumed). Micro is the exact 1e-6.
+// f (consumed), or 1 when f is 0 (nothing consumed).
 double stream_suffix(Input& in, double f)
 {
     if (is_exponent(in.Peek())) {
