@@ -56,16 +56,7 @@ void ByteString::Free(Srep* rep) noexcept
 
 ByteString::ByteString() : rep_(new Srep{nullptr, 0, 1}) {}
 
-ByteString::ByteString(const void* p, unsigned n) : rep_(nullptr)
-{
-    Array a;
-    if (p != nullptr && n != 0) {
-        a.reset(new char[n]);
-        std::memcpy(a.get(), p, n);
-    }
-    rep_ = new Srep{a.get(), a ? n : 0, 1};
-    a.release();
-}
+ByteString::ByteString(const void* p, unsigned n) : ByteString(p != nullptr ? n : 0, p, n, '\0') {}
 
 ByteString::ByteString(unsigned n) : rep_(nullptr)
 {
@@ -74,14 +65,7 @@ ByteString::ByteString(unsigned n) : rep_(nullptr)
     a.release();
 }
 
-ByteString::ByteString(unsigned n, char c) : rep_(nullptr)
-{
-    Array a(n != 0 ? new char[n] : nullptr);
-    if (n != 0)
-        std::memset(a.get(), c, n);
-    rep_ = new Srep{a.get(), n, 1};
-    a.release();
-}
+ByteString::ByteString(unsigned n, char c) : ByteString(n, nullptr, 0, c) {}
 
 ByteString::ByteString(unsigned n, const void* p, unsigned m, char c) : rep_(nullptr)
 {
@@ -103,9 +87,19 @@ ByteString& ByteString::operator=(const ByteString& other) noexcept
     return *this;
 }
 
-void ByteString::Adopt(char* data, uint32_t size)
+ByteString& ByteString::Join(bool front, const void* p, char c, unsigned n)
 {
-    Array a(data);
+    const uint32_t old = rep_->size, total = checked_sum(old, n);
+    if (total == 0)
+        return *this;
+    // The new array is complete before the old one goes: a failed allocation changes nothing.
+    Array a(new char[total]);
+    char* const added = front ? a.get() : a.get() + old;
+    copy(front ? a.get() + n : a.get(), rep_->data, old);
+    if (p != nullptr)
+        copy(added, p, n);
+    else
+        std::memset(added, c, n);
     if (rep_->count < 2) {
         delete[] rep_->data;
     } else {
@@ -114,59 +108,28 @@ void ByteString::Adopt(char* data, uint32_t size)
         rep_ = fresh;
     }
     rep_->data = a.release();
-    rep_->size = size;
+    rep_->size = total;
+    return *this;
 }
 
 ByteString& ByteString::Append(const void* p, unsigned n)
 {
-    if (p == nullptr)
-        return *this;
-    const uint32_t old = rep_->size, total = checked_sum(old, n);
-    if (total == 0)
-        return *this;
-    Array a(new char[total]);
-    copy(a.get(), rep_->data, old);
-    copy(a.get() + old, p, n);
-    Adopt(a.release(), total);
-    return *this;
+    return p != nullptr ? Join(false, p, '\0', n) : *this;
 }
 
 ByteString& ByteString::Append(char c, unsigned n)
 {
-    const uint32_t old = rep_->size, total = checked_sum(old, n);
-    if (total == 0)
-        return *this;
-    Array a(new char[total]);
-    copy(a.get(), rep_->data, old);
-    std::memset(a.get() + old, c, n);
-    Adopt(a.release(), total);
-    return *this;
+    return Join(false, nullptr, c, n);
 }
 
 ByteString& ByteString::Prepend(const void* p, unsigned n)
 {
-    if (p == nullptr)
-        return *this;
-    const uint32_t old = rep_->size, total = checked_sum(old, n);
-    if (total == 0)
-        return *this;
-    Array a(new char[total]);
-    copy(a.get(), p, n);
-    copy(a.get() + n, rep_->data, old);
-    Adopt(a.release(), total);
-    return *this;
+    return p != nullptr ? Join(true, p, '\0', n) : *this;
 }
 
 ByteString& ByteString::Prepend(char c, unsigned n)
 {
-    const uint32_t old = rep_->size, total = checked_sum(old, n);
-    if (total == 0)
-        return *this;
-    Array a(new char[total]);
-    std::memset(a.get(), c, n);
-    copy(a.get() + n, rep_->data, old);
-    Adopt(a.release(), total);
-    return *this;
+    return Join(true, nullptr, c, n);
 }
 
 void ByteString::Erase(char c)

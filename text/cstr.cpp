@@ -27,12 +27,60 @@ inline int ci_diff(unsigned char a, unsigned char b)
     return a - b;
 }
 
-inline bool ci_equal(const char* a, const char* b, int n)
+// Whether the n characters at a and b agree, exactly or case-insensitively.
+bool equal(const char* a, const char* b, int n)
+{
+    return std::memcmp(a, b, static_cast<std::size_t>(n)) == 0;
+}
+
+bool ci_equal(const char* a, const char* b, int n)
 {
     for (int i = 0; i < n; ++i)
         if (ci_diff(uc(a[i]), uc(b[i])) != 0)
             return false;
     return true;
+}
+
+using Equal = bool (*)(const char*, const char*, int);
+
+// 1-based position of the first sublen characters of sub that lie wholly within the slen characters
+// of s: a match running off the field does not count.
+int field_index(const char* s, int slen, const char* sub, int sublen, Equal same)
+{
+    if (s == nullptr || slen < 1 || sublen < 0)
+        return 0;
+    if (sublen == 0)
+        return 1;
+    if (sub == nullptr)
+        return 0;
+    for (int p = 0; p <= slen - sublen; ++p)
+        if (same(s + p, sub, sublen))
+            return p + 1;
+    return 0;
+}
+
+// 1 when the sublen characters of sub lie at position pos within the slen characters of s.
+int field_contains(int pos, const char* s, int slen, const char* sub, int sublen, Equal same)
+{
+    if (sublen == 0)
+        return 1;
+    if (s == nullptr || sub == nullptr || sublen < 0 || pos < 1 || pos - 1 >= slen ||
+        sublen > slen - (pos - 1))
+        return 0;
+    return same(s + pos - 1, sub, sublen);
+}
+
+// Fortran's case conversions, in place over the first min(*len, hidden_len) characters.
+void change_case(char* s, const int* len, int hidden_len, bool upper)
+{
+    if (s == nullptr || len == nullptr)
+        return;
+    const int n = std::min(*len, hidden_len);
+    for (int i = 0; i < n; ++i) {
+        const int c = uc(s[i]);
+        if (upper ? std::islower(c) : std::isupper(c))
+            s[i] = static_cast<char>(upper ? std::toupper(c) : std::tolower(c));
+    }
 }
 
 // The order of two texts when a null pointer decides it: 0 for the same pointer, -1 when only a is
@@ -238,30 +286,12 @@ int str_length(const char* s, int n)
 
 int str_index(const char* s, int slen, const char* sub, int sublen)
 {
-    if (s == nullptr || slen < 1 || sublen < 0)
-        return 0;
-    if (sublen == 0)
-        return 1;
-    if (sub == nullptr || sublen > slen)
-        return 0;
-    // memmem only reports matches lying wholly within the slen bytes.
-    const void* hit = memmem(s, static_cast<std::size_t>(slen), sub, static_cast<std::size_t>(sublen));
-    return hit != nullptr ? static_cast<int>(static_cast<const char*>(hit) - s) + 1 : 0;
+    return field_index(s, slen, sub, sublen, equal);
 }
 
 int str_iindex(const char* s, int slen, const char* sub, int sublen)
 {
-    if (s == nullptr || slen < 1 || sublen < 0)
-        return 0;
-    if (sublen == 0)
-        return 1;
-    if (sub == nullptr)
-        return 0;
-    // The last start tried leaves exactly sublen characters: a match must not run off the field.
-    for (int p = 0; p <= slen - sublen; ++p)
-        if (ci_equal(s + p, sub, sublen))
-            return p + 1;
-    return 0;
+    return field_index(s, slen, sub, sublen, ci_equal);
 }
 
 int str_indx(const char* s, const char* sub)
@@ -316,22 +346,12 @@ int str_icont(int pos, const char* s, const char* sub)
 
 int str_ncont(int pos, const char* s, int slen, const char* sub, int sublen)
 {
-    if (sublen == 0)
-        return 1;
-    if (s == nullptr || sub == nullptr || sublen < 0 || pos < 1 || pos - 1 >= slen ||
-        sublen > slen - (pos - 1))
-        return 0;
-    return std::memcmp(s + pos - 1, sub, static_cast<std::size_t>(sublen)) == 0;
+    return field_contains(pos, s, slen, sub, sublen, equal);
 }
 
 int str_nicont(int pos, const char* s, int slen, const char* sub, int sublen)
 {
-    if (sublen == 0)
-        return 1;
-    if (s == nullptr || sub == nullptr || sublen < 0 || pos < 1 || pos - 1 >= slen ||
-        sublen > slen - (pos - 1))
-        return 0;
-    return ci_equal(s + pos - 1, sub, sublen);
+    return field_contains(pos, s, slen, sub, sublen, ci_equal);
 }
 
 void str_substr(const char* s, int pos, int len, char* dst, int dstlen)
@@ -366,22 +386,12 @@ void str_rshft(char* s, int n, int k)
 // size_t on newer ones; reading it as int works for both on the targets' calling conventions.
 void tolower_(char* s, const int* len, int hidden_len)
 {
-    if (s == nullptr || len == nullptr)
-        return;
-    const int n = std::min(*len, hidden_len);
-    for (int i = 0; i < n; ++i)
-        if (std::isupper(uc(s[i])))
-            s[i] = static_cast<char>(std::tolower(uc(s[i])));
+    change_case(s, len, hidden_len, false);
 }
 
 void toupper_(char* s, const int* len, int hidden_len)
 {
-    if (s == nullptr || len == nullptr)
-        return;
-    const int n = std::min(*len, hidden_len);
-    for (int i = 0; i < n; ++i)
-        if (std::islower(uc(s[i])))
-            s[i] = static_cast<char>(std::toupper(uc(s[i])));
+    change_case(s, len, hidden_len, true);
 }
 
 // ---- Tools -----------------------------------------------------------------------------------------

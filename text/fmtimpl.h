@@ -37,12 +37,11 @@ inline bool is_digit(char c)
 void set_adjustment(std::ostream& os, bool left);
 // An integer conversion with its width and precision: a precision is a '0' fill to that width.
 void print_int(std::ostream& os, char conv, bool left, int width, int prec, long value);
-// A character conversion: one character, no padding.
-void print_char(std::ostream& os, bool left, char c);
 // "%s" of non-null s, padded by hand with blanks.
 void print_str(std::ostream& os, bool left, int width, int prec, const char* s);
-// Expands the escape that follows a backslash at p; returns the position after it.
-const char* print_escape(std::ostream& os, const char* p);
+// Writes s with its escapes expanded up to the NUL or the first `stop` outside an escape; returns
+// where it stopped.
+const char* print_text(std::ostream& os, const char* s, char stop);
 // s with its escapes expanded; null writes nothing.
 void print_escaped(std::ostream& os, const char* s);
 // "%k: invalid directive" on standard error.

@@ -41,6 +41,16 @@ template <class T, class F> T checked(const char* text, F convert)
     return v;
 }
 
+// Past a width or precision: a '*' or a run of digits.
+const char* skip_count(const char* p)
+{
+    if (*p == '*')
+        return p + 1;
+    while (tevbase_fmt::is_digit(*p))
+        ++p;
+    return p;
+}
+
 long checked_long(const char* text)
 {
     return checked<long>(text, [](const char* s, char** end) { return std::strtol(s, end, 10); });
@@ -111,20 +121,7 @@ int StrFormat(std::ostream& os, const char* format, int argc, char** argv)
         return -1;
     Args args{argv, argv != nullptr && argc > 0 ? argc : 0, 0};
 
-    const char* p = format;
-    while (*p != '\0') {
-        const char* run = p;
-        while (*p != '\0' && *p != '%' && *p != '\\')
-            ++p;
-        if (p > run)
-            os.write(run, p - run);
-        if (*p == '\\') {
-            p = print_escape(os, p + 1);
-            continue;
-        }
-        if (*p == '\0')
-            break;
-
+    for (const char* p = print_text(os, format, '%'); *p != '\0'; p = print_text(os, p, '%')) {
         const char* start = p++;
         if (*p == '%') {
             os.put('%');
@@ -140,19 +137,9 @@ int StrFormat(std::ostream& os, const char* format, int argc, char** argv)
         // The directive's extent: [flag][* or digits][.[* or digits]][h|l|L] and the conversion.
         if (is_flag(*p))
             ++p;
-        if (*p == '*')
-            ++p;
-        else
-            while (is_digit(*p))
-                ++p;
-        if (*p == '.') {
-            ++p;
-            if (*p == '*')
-                ++p;
-            else
-                while (is_digit(*p))
-                    ++p;
-        }
+        p = skip_count(p);
+        if (*p == '.')
+            p = skip_count(p + 1);
         if (is_length_modifier(*p))
             ++p;
         // Through the conversion character, or through the NUL when the format ends first.
@@ -181,22 +168,14 @@ int StrFormat(std::ostream& os, const char* format, int argc, char** argv)
         if (is_flag(*d))
             left = *d++ == '-';
         int width = -1;
-        if (*d == '*') {
+        if (*d == '*')
             width = checked_count(args.Next());
-            ++d;
-        } else if (is_digit(*d)) {
+        else if (is_digit(*d))
             width = checked_count(d);
-            while (is_digit(*d))
-                ++d;
-        }
+        d = skip_count(d);
         int prec = -1;
-        if (*d == '.') {
-            ++d;
-            if (*d == '*')
-                prec = checked_count(args.Next());
-            else
-                prec = checked_count(d);
-        }
+        if (*d == '.')
+            prec = checked_count(d[1] == '*' ? args.Next() : d + 1);
         print_direc(os, direc, length, left, width, prec, args.Next());
     }
     return args.used;

@@ -26,25 +26,86 @@ bool is_space(char c)
     return std::isspace(static_cast<unsigned char>(c)) != 0;
 }
 
+int uc(char c)
+{
+    return static_cast<unsigned char>(c);
+}
+
+int upper(int c)
+{
+    return c == EOF ? EOF : std::toupper(c);
+}
+
 int16_t count(const char* end, const char* start)
 {
     return static_cast<int16_t>(end - start);
 }
 
-// ---- String parsers ------------------------------------------------------------------------------
+// Skips leading blanks and takes an optional sign; null when s is null or holds only blanks.
+const char* skip_blanks_and_sign(const char* s, bool* negative)
+{
+    if (s == nullptr)
+        return nullptr;
+    while (is_space(*s))
+        ++s;
+    if (*s == '\0')
+        return nullptr;
+    *negative = *s == '-';
+    if (*s == '+' || *s == '-')
+        ++s;
+    return s;
+}
 
-// Factors of the string parsers, in the precision of the result.
-template <class Real> struct Factors;
-template <> struct Factors<double> {
-    static constexpr double y = 1e-24, z = 1e-21, a = 1e-18, f = 1e-15, p = 1e-12, n = 1e-9;
-    static constexpr double u = 0x1.0c6f7a0b5ed92p-20; // 1.000000000000001e-06, five ulps above 1e-6
-    static constexpr double m = 1e-3, percent = 0.01, k = 1e3, meg = 1e6, g = 1e9, t = 1e12, peta = 1e15;
-    static constexpr double zetta = 1e21, yotta = 1e24, ten = 10.0, tenth = 0.1;
-};
-template <> struct Factors<float> {
-    static constexpr float a = 1e-18f, f = 1e-15f, p = 1e-12f, n = 1e-9f, u = 1e-6f, m = 1e-3f;
-    static constexpr float k = 1e3f, meg = 1e6f, g = 1e9f, t = 1e12f, ten = 10.0f, tenth = 0.1f;
-};
+// ---- Suffix letters, shared by the string parsers and the stream readers -----------------------
+
+// d, D, e and E start an exponent in both dialects.
+bool is_exponent(int c)
+{
+    return c == 'd' || c == 'D' || c == 'e' || c == 'E';
+}
+
+// The factor of a scale letter of the engineering dialect (case-insensitive), 0 when c is none. M is
+// milli; the callers look for MEG (and MIL) behind it.
+double engineering_factor(int c)
+{
+    switch (upper(c)) {
+    case 'A': return 1e-18;
+    case 'F': return 1e-15;
+    case 'P': return 1e-12;
+    case 'N': return 1e-9;
+    case 'U': return 1e-6;
+    case 'M': return 1e-3;
+    case 'K': return 1e3;
+    case 'G': return 1e9;
+    case 'T': return 1e12;
+    default: return 0;
+    }
+}
+
+// The factor of a scale letter of the SI dialect (case-sensitive), 0 when c is none.
+double si_factor(int c)
+{
+    switch (c) {
+    case 'y': return 1e-24;
+    case 'z': return 1e-21;
+    case 'a': return 1e-18;
+    case 'f': return 1e-15;
+    case 'p': return 1e-12;
+    case 'n': return 1e-9;
+    case 'u': return 1e-6;
+    case 'm': return 1e-3;
+    case '%': return 0.01;
+    case 'K':
+    case 'k': return 1e3;
+    case 'M': return 1e6;
+    case 'G': return 1e9;
+    case 'T': return 1e12;
+    case 'P': return 1e15;
+    case 'Z': return 1e21;
+    case 'Y': return 1e24;
+    default: return 0;
+    }
+}
 
 unsigned long long magnitude(long long e)
 {
@@ -60,6 +121,8 @@ template <class Real> Real repeated_product(unsigned long long steps, Real step)
         product *= step;
     return product;
 }
+
+// ---- String parsers ------------------------------------------------------------------------------
 
 // The value of the digits [first, last), summed from the least significant upward with a fused
 // multiply-add; *power becomes 10^(last - first) by repeated multiplication.
@@ -97,89 +160,47 @@ template <class Real> Suffix exponent(const char* s, Real* factor)
     const int16_t n = str_toint(s + 1, &e);
     if (n == 0)
         return {false, 0};
-    *factor = repeated_product(magnitude(e), e < 0 ? Factors<Real>::tenth : Factors<Real>::ten);
+    *factor = repeated_product(magnitude(e), static_cast<Real>(e < 0 ? 0.1 : 10.0));
     return {true, 1 + n};
 }
 
-// Engineering dialect, case-insensitive; MEG after M, no MIL.
-template <class Real> Suffix engineering_suffix(const char* s, Real* factor)
+// The string parsers' micro: 1.000000000000001e-06, five ulps above the stream readers' exact 1e-6
+// (stored results depend on it).
+constexpr double kStringMicro = 0x1.0c6f7a0b5ed92p-20;
+
+// A scale letter's factor f (0: no letter, factor 1, nothing consumed) in the result's precision: the
+// float of each factor is the float nearest its value.
+template <class Real> Suffix scale_letter(double f, Real* factor)
 {
-    using F = Factors<Real>;
-    const Real* fixed = nullptr;
-    switch (std::toupper(static_cast<unsigned char>(*s))) {
-    case 'A': fixed = &F::a; break;
-    case 'F': fixed = &F::f; break;
-    case 'P': fixed = &F::p; break;
-    case 'N': fixed = &F::n; break;
-    case 'U': fixed = &F::u; break;
-    case 'K': fixed = &F::k; break;
-    case 'G': fixed = &F::g; break;
-    case 'T': fixed = &F::t; break;
-    case 'M':
-        if (std::toupper(static_cast<unsigned char>(s[1])) == 'E' &&
-            std::toupper(static_cast<unsigned char>(s[2])) == 'G') {
-            *factor = F::meg;
-            return {true, 3};
-        }
-        *factor = F::m;
-        return {true, 1};
-    case 'D':
-    case 'E':
-        return exponent(s, factor);
-    default:
-        *factor = 1;
-        return {true, 0};
-    }
-    *factor = *fixed;
-    return {true, 1};
+    *factor = f != 0 ? static_cast<Real>(f) : 1;
+    return {true, f != 0 ? 1 : 0};
 }
 
-// SI dialect, case-sensitive.
+// Engineering dialect: MEG after M, no MIL.
+template <class Real> Suffix engineering_suffix(const char* s, Real* factor)
+{
+    if (is_exponent(*s))
+        return exponent(s, factor);
+    if (upper(uc(s[0])) == 'M' && upper(uc(s[1])) == 'E' && upper(uc(s[2])) == 'G') {
+        *factor = static_cast<Real>(1e6);
+        return {true, 3};
+    }
+    return scale_letter(upper(uc(*s)) == 'U' ? kStringMicro : engineering_factor(uc(*s)), factor);
+}
+
 Suffix si_suffix(const char* s, double* factor)
 {
-    using F = Factors<double>;
-    switch (*s) {
-    case 'y': *factor = F::y; break;
-    case 'z': *factor = F::z; break;
-    case 'a': *factor = F::a; break;
-    case 'f': *factor = F::f; break;
-    case 'p': *factor = F::p; break;
-    case 'n': *factor = F::n; break;
-    case 'u': *factor = F::u; break;
-    case 'm': *factor = F::m; break;
-    case '%': *factor = F::percent; break;
-    case 'K':
-    case 'k': *factor = F::k; break;
-    case 'M': *factor = F::meg; break;
-    case 'G': *factor = F::g; break;
-    case 'T': *factor = F::t; break;
-    case 'P': *factor = F::peta; break;
-    case 'Z': *factor = F::zetta; break;
-    case 'Y': *factor = F::yotta; break;
-    case 'd':
-    case 'D':
-    case 'e':
-    case 'E':
+    if (is_exponent(*s))
         return exponent(s, factor);
-    default:
-        *factor = 1;
-        return {true, 0};
-    }
-    return {true, 1};
+    return scale_letter(*s == 'u' ? kStringMicro : si_factor(uc(*s)), factor);
 }
 
 template <class Real, class SuffixReader> int16_t parse_real(const char* s, Real* value, SuffixReader suffix)
 {
-    if (s == nullptr)
+    bool negative;
+    const char* p = skip_blanks_and_sign(s, &negative);
+    if (p == nullptr)
         return 0;
-    const char* p = s;
-    while (is_space(*p))
-        ++p;
-    if (*p == '\0')
-        return 0;
-    const bool negative = *p == '-';
-    if (*p == '+' || *p == '-')
-        ++p;
     if (std::strcmp(p, "inf") == 0 || std::strcmp(p, "min") == 0) {
         const Real special = *p == 'i' ? std::numeric_limits<Real>::max() : std::numeric_limits<Real>::min();
         *value = negative ? -special : special;
@@ -268,80 +289,58 @@ double stream_exponent(Input& in)
     return factor;
 }
 
-// Engineering dialect, case-insensitive, exact micro, MEG and MIL.
-double engineering_stream_suffix(Input& in)
+// The factor of the suffix at the stream's next character: an exponent, or a scale letter of factor
+// f (consumed), or 1 when f is 0 (nothing consumed).
+double stream_suffix(Input& in, double f)
 {
-    const int c = in.Peek();
-    switch (c == EOF ? EOF : std::toupper(c)) {
-    case 'A': in.Take(); return 1e-18;
-    case 'F': in.Take(); return 1e-15;
-    case 'P': in.Take(); return 1e-12;
-    case 'N': in.Take(); return 1e-9;
-    case 'U': in.Take(); return 1e-6;
-    case 'K': in.Take(); return 1e3;
-    case 'G': in.Take(); return 1e9;
-    case 'T': in.Take(); return 1e12;
-    case 'D':
-    case 'E':
+    if (is_exponent(in.Peek())) {
         in.Take();
         return stream_exponent(in);
-    case 'M': {
-        in.Take();
-        const int c1 = in.Peek();
-        const int u1 = c1 == EOF ? EOF : std::toupper(c1);
-        if (u1 != 'E' && u1 != 'I')
-            return 1e-3;
-        in.Take();
-        const int c2 = in.Peek();
-        const int u2 = c2 == EOF ? EOF : std::toupper(c2);
-        if (u2 != 'G' && u2 != 'L')
-            return 1e-3; // "ME" or "MI": milli, with the E or I consumed
-        in.Take();
-        if (u1 == 'E' && u2 == 'G')
-            return 1e6;
-        if (u1 == 'I' && u2 == 'L')
-            return 2.54e-5;
-        in.Stream().setstate(std::ios::failbit); // MEL, MIG
-        return 1;
     }
-    default:
+    if (f == 0)
         return 1;
-    }
+    in.Take();
+    return f;
 }
 
-// SI dialect, case-sensitive, exact micro.
+// Engineering dialect: after M, MEG or MIL.
+double engineering_stream_suffix(Input& in)
+{
+    if (upper(in.Peek()) != 'M')
+        return stream_suffix(in, engineering_factor(in.Peek()));
+    in.Take();
+    const int c1 = upper(in.Peek());
+    if (c1 != 'E' && c1 != 'I')
+        return 1e-3;
+    in.Take();
+    const int c2 = upper(in.Peek());
+    if (c2 != 'G' && c2 != 'L')
+        return 1e-3; // "ME" or "MI": milli, with the E or I consumed
+    in.Take();
+    if (c1 == 'E' && c2 == 'G')
+        return 1e6;
+    if (c1 == 'I' && c2 == 'L')
+        return 2.54e-5;
+    in.Stream().setstate(std::ios::failbit); // MEL, MIG
+    return 1;
+}
+
 double si_stream_suffix(Input& in)
 {
-    double factor;
-    switch (in.Peek()) {
-    case 'y': factor = 1e-24; break;
-    case 'z': factor = 1e-21; break;
-    case 'a': factor = 1e-18; break;
-    case 'f': factor = 1e-15; break;
-    case 'p': factor = 1e-12; break;
-    case 'n': factor = 1e-9; break;
-    case 'u': factor = 1e-6; break;
-    case 'm': factor = 1e-3; break;
-    case '%': factor = 0.01; break;
-    case 'K':
-    case 'k': factor = 1e3; break;
-    case 'M': factor = 1e6; break;
-    case 'G': factor = 1e9; break;
-    case 'T': factor = 1e12; break;
-    case 'P': factor = 1e15; break;
-    case 'Z': factor = 1e21; break;
-    case 'Y': factor = 1e24; break;
-    case 'd':
-    case 'D':
-    case 'e':
-    case 'E':
-        in.Take();
-        return stream_exponent(in);
-    default:
-        return 1;
+    return stream_suffix(in, si_factor(in.Peek()));
+}
+
+// Reads a run of digits into text while it has room (the rest are read and dropped); true when there
+// was at least one.
+bool read_digits(Input& in, char* text, std::size_t* len, std::size_t room)
+{
+    bool any = false;
+    for (; is_digit(in.Peek()); any = true) {
+        const char d = in.Take();
+        if (*len < room)
+            text[(*len)++] = d;
     }
-    in.Take();
-    return factor;
+    return any;
 }
 
 template <class SuffixReader> std::istream& get_real(std::istream& is, double& value, SuffixReader suffix)
@@ -368,13 +367,7 @@ template <class SuffixReader> std::istream& get_real(std::istream& is, double& v
     char text[128];
     const std::size_t room = sizeof text - 1;
     std::size_t len = 0;
-    bool digits = false, fraction = false;
-    while (is_digit(in.Peek())) {
-        const char d = in.Take();
-        digits = true;
-        if (len < room)
-            text[len++] = d;
-    }
+    const bool digits = read_digits(in, text, &len, room);
     if (!digits)
         text[len++] = '0';
     if (in.Peek() == '.') {
@@ -382,12 +375,7 @@ template <class SuffixReader> std::istream& get_real(std::istream& is, double& v
         if (len < room)
             text[len++] = '.';
     }
-    while (is_digit(in.Peek())) {
-        const char d = in.Take();
-        fraction = true;
-        if (len < room)
-            text[len++] = d;
-    }
+    const bool fraction = read_digits(in, text, &len, room);
     if (!digits && !fraction) {
         is.setstate(std::ios::failbit);
         return is;
@@ -411,6 +399,17 @@ template <class SuffixReader> std::istream& get_float(std::istream& is, float& v
 
 // ---- Integer writers -----------------------------------------------------------------------------
 
+// The digits of v in base (lower-case letters past 9), written backwards in front of end.
+template <class U> char* put_digits(char* end, U v, unsigned base)
+{
+    char* p = end;
+    do {
+        *--p = "0123456789abcdef"[v % base];
+        v /= base;
+    } while (v != 0);
+    return p;
+}
+
 // Pads the text [p, end) on the left with fill to width characters; a NUL fill pads nothing.
 char* pad(char* p, const char* end, int width, char fill)
 {
@@ -424,11 +423,7 @@ template <class U> char* write_decimal(char* buf, int size, U magnitude, bool ne
 {
     char* const end = buf + size - 1;
     *end = '\0';
-    char* p = end;
-    do {
-        *--p = static_cast<char>('0' + magnitude % 10);
-        magnitude /= 10;
-    } while (magnitude != 0);
+    char* p = put_digits(end, magnitude, 10);
     if (negative)
         *--p = '-';
     return pad(p, end, width, fill);
@@ -441,26 +436,20 @@ template <class S> char* write_signed(char* buf, int size, S value, int width, c
     return write_decimal(buf, size, magnitude, value < 0, width, fill);
 }
 
+// The bits of value as unsigned digits, padded to width, then the radix's prefix.
 template <class S> char* write_radix(char* buf, int size, S value, int width, char fill, int radix)
 {
-    unsigned bits;
     const char* prefix;
     switch (radix) {
-    case 2: bits = 1, prefix = "0b"; break;
-    case 8: bits = 3, prefix = "0"; break;
-    case 16: bits = 4, prefix = "0x"; break;
+    case 2: prefix = "0b"; break;
+    case 8: prefix = "0"; break;
+    case 16: prefix = "0x"; break;
     default: std::abort();
     }
-    using U = typename std::make_unsigned<S>::type;
-    U v = static_cast<U>(value);
     char* const end = buf + size - 1;
     *end = '\0';
-    char* p = end;
-    do {
-        *--p = "0123456789abcdef"[v & ((1u << bits) - 1)];
-        v >>= bits;
-    } while (v != 0);
-    p = pad(p, end, width, fill);
+    using U = typename std::make_unsigned<S>::type;
+    char* p = pad(put_digits(end, static_cast<U>(value), static_cast<unsigned>(radix)), end, width, fill);
     for (const char* q = prefix + std::strlen(prefix); q != prefix;)
         *--p = *--q;
     return p;
@@ -472,16 +461,10 @@ extern "C" {
 
 int16_t str_toint(const char* s, int* value)
 {
-    if (s == nullptr)
+    bool negative;
+    const char* p = skip_blanks_and_sign(s, &negative);
+    if (p == nullptr)
         return 0;
-    const char* p = s;
-    while (is_space(*p))
-        ++p;
-    if (*p == '\0')
-        return 0;
-    const bool negative = *p == '-';
-    if (*p == '+' || *p == '-')
-        ++p;
     const char* digits = p;
     uint32_t sum = 0; // wraps beyond 10 digits, on every target
     for (; is_digit(*p); ++p) {

@@ -25,15 +25,49 @@ void put_blanks(std::ostream& os, long long n)
     }
 }
 
-int hex_value(char c)
+// The value of c as a digit in base 8 or 16 (either case), -1 when it is none.
+int digit_value(char c, int base)
 {
+    int v = -1;
     if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
+        v = c - '0';
+    else if (c >= 'a' && c <= 'f')
+        v = c - 'a' + 10;
+    else if (c >= 'A' && c <= 'F')
+        v = c - 'A' + 10;
+    return v < base ? v : -1;
+}
+
+// Expands the escape that follows a backslash at p; returns the position after it.
+const char* print_escape(std::ostream& os, const char* p)
+{
+    static const char names[] = "abfnrtv", controls[] = "\a\b\f\n\r\t\v";
+    const char c = *p;
+    if (c == '\0') {
+        os.put('\\'); // a backslash that ends the text stands for itself
+        return p;
+    }
+    if (const char* name = std::strchr(names, c)) {
+        os.put(controls[name - names]);
+        return p + 1;
+    }
+    if (c == 'x' || c == '0') {
+        // The escape yields a number, written in the stream's base: "\x41" writes 65.
+        const int base = c == 'x' ? 16 : 8;
+        ++p;
+        int v = 0, n = 0;
+        for (; n < 3 && digit_value(*p, base) >= 0; ++n, ++p)
+            v = v * base + digit_value(*p, base);
+        if (n == 0 && base == 16)
+            std::fputs("missing hexadecimal number in escape\n", stderr);
+        os << v;
+        return p;
+    }
+    // \" \\ and \c stand for the character itself; any other is reported, then written as text.
+    if (c != '"' && c != '\\' && c != 'c')
+        std::fprintf(stderr, "\\%c: invalid escape\n", c);
+    os.put(c);
+    return p + 1;
 }
 
 // A run of decimal digits at p (none gives 0); p moves past it. A number beyond INT_MAX is none (-1),
@@ -144,12 +178,6 @@ void print_int(std::ostream& os, char conv, bool left, int width, int prec, long
         put_blanks(os, blanks);
 }
 
-void print_char(std::ostream& os, bool left, char c)
-{
-    set_adjustment(os, left);
-    os.put(c);
-}
-
 void print_str(std::ostream& os, bool left, int width, int prec, const char* s)
 {
     set_adjustment(os, left);
@@ -170,79 +198,24 @@ void print_str(std::ostream& os, bool left, int width, int prec, const char* s)
     put_blanks(os, after);
 }
 
-const char* print_escape(std::ostream& os, const char* p)
+const char* print_text(std::ostream& os, const char* s, char stop)
 {
-    const char c = *p;
-    switch (c) {
-    case '\0':
-        os.put('\\'); // a backslash that ends the text stands for itself
-        return p;
-    case 'a':
-        os.put('\a');
-        break;
-    case 'b':
-        os.put('\b');
-        break;
-    case 'f':
-        os.put('\f');
-        break;
-    case 'n':
-        os.put('\n');
-        break;
-    case 'r':
-        os.put('\r');
-        break;
-    case 't':
-        os.put('\t');
-        break;
-    case 'v':
-        os.put('\v');
-        break;
-    case '"':
-    case '\\':
-    case 'c':
-        os.put(c);
-        break;
-    case 'x': {
-        // The escape yields a number, written in the stream's base: "\x41" writes 65.
-        ++p;
-        int v = 0, n = 0;
-        for (; n < 3 && hex_value(*p) >= 0; ++n, ++p)
-            v = v * 16 + hex_value(*p);
-        if (n == 0)
-            std::fputs("missing hexadecimal number in escape\n", stderr);
-        os << v;
-        return p;
-    }
-    case '0': {
-        ++p;
-        int v = 0;
-        for (int n = 0; n < 3 && *p >= '0' && *p <= '7'; ++n, ++p)
-            v = v * 8 + (*p - '0');
-        os << v;
-        return p;
-    }
-    default:
-        std::fprintf(stderr, "\\%c: invalid escape\n", c);
-        os.put(c); // as plain text, not examined again
-        break;
-    }
-    return p + 1;
-}
-
-void print_escaped(std::ostream& os, const char* s)
-{
-    if (s == nullptr)
-        return;
-    while (*s != '\0') {
+    while (*s != '\0' && *s != stop) {
         const char* run = s;
-        while (*s != '\0' && *s != '\\')
+        while (*s != '\0' && *s != stop && *s != '\\')
             ++s;
         if (s > run)
             os.write(run, s - run);
         if (*s == '\\')
             s = print_escape(os, s + 1);
     }
+    return s;
+}
+
+void print_escaped(std::ostream& os, const char* s)
+{
+    if (s != nullptr)
+        print_text(os, s, '\0');
 }
 
 void report_invalid_directive(char conv)
@@ -269,20 +242,7 @@ int StrFmt(std::ostream& os, const char* format, ...)
         ~VaEnd() { va_end(ap); }
     } va_end_guard{ap};
     int handled = 0;
-    const char* p = format;
-    while (*p != '\0') {
-        const char* run = p;
-        while (*p != '\0' && *p != '%' && *p != '\\')
-            ++p;
-        if (p > run)
-            os.write(run, p - run);
-        if (*p == '\\') {
-            p = print_escape(os, p + 1);
-            continue;
-        }
-        if (*p == '\0')
-            break;
-
+    for (const char* p = print_text(os, format, '%'); *p != '\0'; p = print_text(os, p, '%')) {
         ++p; // past '%'
         if (*p == '%' || *p == 'b') {
             if (*p == '%')
@@ -342,7 +302,8 @@ int StrFmt(std::ostream& os, const char* format, ...)
             print_float(os, conv, left, width, prec, va_arg(ap, double));
             break;
         case 'c':
-            print_char(os, left, static_cast<char>(va_arg(ap, int)));
+            set_adjustment(os, left);
+            os.put(static_cast<char>(va_arg(ap, int)));
             break;
         case 's': {
             const char* s = va_arg(ap, const char*);

@@ -53,6 +53,27 @@ Array concat(const char* head, const char* tail)
     return a;
 }
 
+// The text from b without its trailing isspace characters; none left gives null data.
+String_t without_trailing_blanks(const char* b)
+{
+    const char* e = b + std::strlen(b);
+    while (e > b && is_space(e[-1]))
+        --e;
+    return String_t(b, static_cast<unsigned>(e - b));
+}
+
+// What a word or line read collected: null data, with the stream's failure kept, when nothing;
+// otherwise the text, with the stream's state cleared.
+void store_read(std::istream& is, String_t& s, const std::string& text)
+{
+    if (text.empty()) {
+        s = String_t();
+    } else {
+        s = text.c_str();
+        is.clear();
+    }
+}
+
 // A copy of text with every character for which change(c) differs from c replaced by it.
 template <class F> String_t mapped(const char* text, F change)
 {
@@ -183,10 +204,7 @@ String_t String_t::Trim() const
     const char* b = rep_->data;
     while (*b != '\0' && is_space(*b))
         ++b;
-    const char* e = b + std::strlen(b);
-    while (e > b && is_space(e[-1]))
-        --e;
-    return String_t(b, static_cast<unsigned>(e - b));
+    return without_trailing_blanks(b);
 }
 
 String_t String_t::TrimLeft() const
@@ -206,11 +224,7 @@ String_t String_t::TrimRight() const
 {
     if (rep_->data == nullptr)
         return String_t();
-    const char* b = rep_->data;
-    const char* e = b + std::strlen(b);
-    while (e > b && is_space(e[-1]))
-        --e;
-    return String_t(b, static_cast<unsigned>(e - b));
+    return without_trailing_blanks(rep_->data);
 }
 
 String_t String_t::Toupper() const
@@ -277,12 +291,7 @@ std::istream& operator>>(std::istream& is, String_t& s)
         }
         word += ch;
     }
-    if (word.empty()) {
-        s = String_t();
-    } else {
-        s = word.c_str();
-        is.clear();
-    }
+    store_read(is, s, word);
     return is;
 }
 
@@ -303,11 +312,6 @@ std::istream& String_t::Getline(std::istream& in, String_t& out, const char* del
             return in;
         }
     }
-    if (line.empty()) {
-        out = String_t();
-    } else {
-        out = line.c_str();
-        in.clear();
-    }
+    store_read(in, out, line);
     return in;
 }

@@ -86,8 +86,9 @@ public:
 
 private:
     static void Free(Srep* rep) noexcept;
-    // Stores data (a new[] array of size bytes, or null) as the bytes, in a representation of our own.
-    void Adopt(char* data, uint32_t size);
+    // The old bytes and n added ones (copied from p, or n bytes c when p is null), the added ones in
+    // front when `front`, in a new array and a representation of our own.
+    ByteString& Join(bool front, const void* p, char c, unsigned n);
 
     Srep* rep_;
 };
