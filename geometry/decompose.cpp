@@ -151,8 +151,8 @@ struct RectScan {
 };
 
 template <class Scan>
-unsigned int decompose(unsigned int stride, unsigned int n, const void* pts, TVarr<typename Scan::Edge>& edges,
-                       TVarr<typename Scan::Piece>& out)
+unsigned int decompose(unsigned int stride, unsigned int n, const void* pts,
+                       TVarr<typename Scan::Edge>& edges, TVarr<typename Scan::Piece>& out)
 {
     using Edge = typename Scan::Edge;
     out.Reset();

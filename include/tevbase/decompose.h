@@ -39,18 +39,23 @@ struct TEVBASE_API OEdge_t {
 
 // The scan-band algorithm of gu_polygon_to_trapezoids and gu_polygon_to_rects:
 //
-//     y=20  +------+             1. Collect the non-horizontal edges (the closing edge first, then
-//           |      |                each point to the next) and their end heights in a balanced tree.
-//     y=10  |      +------+      2. Cut each edge at every tree height strictly inside it: afterwards
-//           |             |         every edge spans one band between two neighbouring heights.
-//     y=0   +-------------+      3. Sort by lower y, then left to right (lower x, then upper x).
-//                                4. In each band, pair the 1st edge with the 2nd, the 3rd with the 4th,
-//     band [10,20]: |  |            ...: each pair bounds one piece (even-odd rule: orientation does not
-//     band [0,10]:  |      |        matter, and overlaps of even depth become holes).
+//   1. Collect the non-horizontal edges (the closing edge first, then each point to the next) and put
+//      the heights of their ends in a balanced tree.
+//   2. Cut each edge at every tree height strictly inside it: afterwards every edge spans one band
+//      between two neighbouring heights.
+//   3. Sort the edges by lower y, then left to right (lower x, then upper x).
+//   4. In each band pair the 1st edge with the 2nd, the 3rd with the 4th, ...: each pair bounds one
+//      piece (even-odd rule: orientation does not matter, and overlaps of even depth become holes).
 //
-// The L above gives the rectangles (0, 0, 20, 10) and (0, 10, 10, 20), in that order. Edges that cross
-// between two vertex heights are not cut where they cross: self-intersecting polygons are only exact
-// when their crossings lie at vertex heights.
+//     y=20  +------+            band [10,20]: edges at x 0 and 10  ->  (0, 10, 10, 20)
+//           |      |
+//     y=10  |      +------+     band [0,10]:  edges at x 0 and 20  ->  (0, 0, 20, 10)
+//           |             |
+//     y=0   +-------------+     rectangles of the L, in this order: (0, 0, 20, 10), (0, 10, 10, 20)
+//           0      10     20
+//
+// Edges that cross between two vertex heights are not cut where they cross: self-intersecting
+// polygons come out exact only when their crossings lie at vertex heights.
 //
 // Deliberate, callers rely on both: the sort compares fields by their 32-bit difference, which wraps
 // (coordinates 2^31 or more apart order the wrong way round, and their pieces with them); and a cut
@@ -58,7 +63,8 @@ struct TEVBASE_API OEdge_t {
 //
 // The tree of cut heights. Each node is an AVL node holding one height y. FindLowestYCut, called on the
 // root, lowers ylow (which the caller sets to 2147483647) to the smallest height strictly between e's
-// lower and upper y, and returns how many times it lowered it: 0 when no height lies inside the edge.
+// lower and upper y if that is below it, and returns how many times it lowered it on the way down the
+// tree: 0 when it found none.
 // Nodes come from the class's pool `heap` in blocks of 16384 bytes; derived classes of another size
 // use the general allocator.
 class TEVBASE_API ctree_node_t : public AVLnode {
@@ -128,8 +134,8 @@ TEVBASE_API unsigned int gu_polygon_to_rects(unsigned int stride, unsigned int n
 //     sharing the corner (-1, 9) at the bend         (-1,9) +---+-------------+ (10,9)
 //                                                           |   |
 //                                                    (-1,0) +---+ (1,0)
-TEVBASE_API unsigned int gu_path_to_rects(unsigned int stride, unsigned int n, const void* pts, gu_coord_t width,
-                                          gu_PathType_t type, TVarr<gu_rect_t>& out);
+TEVBASE_API unsigned int gu_path_to_rects(unsigned int stride, unsigned int n, const void* pts,
+                                          gu_coord_t width, gu_PathType_t type, TVarr<gu_rect_t>& out);
 
 // ---- Instances in the library (geometry/decompose.cpp) -------------------------------------------
 
