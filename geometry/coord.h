@@ -2,7 +2,9 @@
 #ifndef TEVBASE_GEOMETRY_COORD_H
 #define TEVBASE_GEOMETRY_COORD_H
 
+#include <stddef.h>
 #include <stdint.h>
+#include <string.h>
 
 #include <cmath>
 
@@ -48,6 +50,15 @@ inline int16_t Narrow16(int v)
     const uint32_t low = static_cast<uint32_t>(v) & 0xFFFFu;
     const int32_t v16 = low >= 0x8000u ? static_cast<int32_t>(low) - 0x10000 : static_cast<int32_t>(low);
     return static_cast<int16_t>(v16);
+}
+
+// Point i of an array whose points lie `stride` bytes apart, each starting with its x and y (read
+// bytewise: strides need not keep the coordinates aligned).
+inline gu_point_t PointAt(const void* base, unsigned stride, unsigned i)
+{
+    gu_point_t p;
+    memcpy(&p, static_cast<const char*>(base) + static_cast<size_t>(i) * stride, sizeof p);
+    return p;
 }
 
 } // namespace gu

@@ -1,6 +1,8 @@
-// Polygon primitives: orthogonality, snapping, orientation, area, clean-up, offsetting, intersections.
+// Polygon primitives: orthogonality, snapping, orientation, area, clean-up, offsetting, intersections;
+// orthogonal wide paths as rectangles.
 #include <tevbase/geometry.h>
 
+#include <assert.h>
 #include <stddef.h>
 #include <stdlib.h>
 #include <string.h>
@@ -10,6 +12,7 @@
 #include <memory>
 
 #include <tevbase/alloc.h>
+#include <tevbase/decompose.h>
 #include <tevbase/textutil.h>
 
 #include "coord.h"
@@ -444,3 +447,86 @@ float gu_deg2rad(float angle)
 }
 
 } // extern "C"
+
+// ---- Wide orthogonal paths as rectangles (C++ linkage: the result is a TVarr) --------------------
+
+namespace {
+
+inline gu_coord_t wrap32(int64_t v)
+{
+    return static_cast<gu_coord_t>(static_cast<uint32_t>(v));
+}
+
+// The rectangle with corners a and b, minimum corner first.
+gu_rect_t span(const gu_point_t& a, const gu_point_t& b)
+{
+    return {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
+}
+
+} // namespace
+
+unsigned int gu_path_to_rects(unsigned int stride, unsigned int n, const void* pts, gu_coord_t width,
+                              gu_PathType_t type, TVarr<gu_rect_t>& out)
+{
+    out.Reset();
+    if (n == 0)
+        return 0;
+    const int64_t hw = width / 2;
+    gu_point_t p = gu::PointAt(pts, stride, 0);
+    if (n == 1) {
+        out.App(span({wrap32(p.x - hw), wrap32(p.y - hw)}, {wrap32(p.x + hw), wrap32(p.y + hw)}));
+        return 1;
+    }
+    // Flush (0) and extended (1) ends only.
+    if (type != GU_PATH_FLUSH && type != GU_PATH_EXTENDED)
+        assert(0);
+    const bool extended = type == GU_PATH_EXTENDED;
+    out.Resize(n - 1);
+
+    // Each rectangle runs from its first corner, on one side of the path, to the corner diagonally
+    // across its segment. At the start that side is the right-hand one; a first segment that does not
+    // move counts as going right.
+    gu_point_t next = gu::PointAt(pts, stride, 1);
+    gu_point_t first;
+    if (next.y != p.y) {
+        const int64_t s = next.y > p.y ? hw : -hw;
+        first = {wrap32(p.x + s), wrap32(extended ? p.y - s : p.y)};
+    } else {
+        const int64_t s = next.x >= p.x ? hw : -hw;
+        first = {wrap32(extended ? p.x - s : p.x), wrap32(p.y - s)};
+    }
+
+    // At a bend p the rectangle ends at its first corner mirrored across the incoming centre line,
+    // half a width from p along it: coming in vertically, below p when the path leaves to the right and
+    // above otherwise; coming in horizontally, right of p when it leaves upwards and left otherwise.
+    // The next rectangle starts at that corner.
+    for (unsigned int i = 1; i + 1 < n; ++i) {
+        const gu_point_t prev = p;
+        p = next;
+        next = gu::PointAt(pts, stride, i + 1);
+        gu_point_t corner;
+        if (prev.y == p.y) {
+            const int64_t s = next.y > p.y ? hw : -hw;
+            corner = {wrap32(p.x + s), wrap32(2 * int64_t{p.y} - first.y)};
+        } else {
+            const int64_t s = next.x > p.x ? hw : -hw;
+            corner = {wrap32(2 * int64_t{p.x} - first.x), wrap32(p.y - s)};
+        }
+        out.Ass(span(first, corner));
+        first = corner;
+    }
+
+    // The last segment; one that does not move counts as going right.
+    const gu_point_t prev = p;
+    p = next;
+    gu_point_t last;
+    if (prev.y != p.y) {
+        const int64_t s = p.y > prev.y ? hw : -hw;
+        last = {wrap32(2 * int64_t{p.x} - first.x), wrap32(extended ? p.y + s : p.y)};
+    } else {
+        const int64_t s = p.x >= prev.x ? hw : -hw;
+        last = {wrap32(extended ? p.x + s : p.x), wrap32(2 * int64_t{p.y} - first.y)};
+    }
+    out.Ass(span(first, last));
+    return out.Len();
+}

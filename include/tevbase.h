@@ -36,6 +36,7 @@
 
 // Geometry
 #include <tevbase/geometry.h>
+#include <tevbase/decompose.h>
 #include <tevbase/stroke.h>
 
 // Networking
