@@ -51,9 +51,8 @@ TEST(TVectorTest, ResizeKeepsTheFrontAndCopiesAreDeep)
     TVector<String_t> a(2), c(7);
     a.Preset("x");
     TVector<String_t> b(a);
+    c = b;
     b[0] = "changed";
-    c = a;
-    c = static_cast<const TVector<String_t>&>(c);
     EXPECT_TRUE(a[0] == "x" && c.Rows() == 2 && c[0] == "x");
     c = TVector<String_t>(0);
     EXPECT_EQ(static_cast<String_t*>(c), nullptr);
