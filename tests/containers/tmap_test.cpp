@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <map>
 #include <memory>
 #include <random>
@@ -75,8 +74,10 @@ void Remove(MPtr& n, const std::string& k)
 }
 std::string Shape(const MPtr& n)
 {
-    const std::string bal = n ? std::to_string(H(n->c[1]) - H(n->c[0])) : "";
-    return n ? n->key + ":" + bal + "(" + Shape(n->c[0]) + "," + Shape(n->c[1]) + ")" : "-";
+    if (!n)
+        return "-";
+    return n->key + ":" + std::to_string(H(n->c[1]) - H(n->c[0])) + "(" + Shape(n->c[0]) + "," +
+           Shape(n->c[1]) + ")";
 }
 
 // The map's shape in the model's notation; fails the test on a broken parent link.
@@ -108,16 +109,15 @@ struct Mirror {
 
     void Step(std::mt19937& rng, unsigned keys)
     {
-        char key[16];
-        std::snprintf(key, sizeof key, "k%03u", static_cast<unsigned>(rng() % keys));
+        const std::string key = "k" + std::to_string(rng() % keys);
         if (rng() % 5 < 3) {
             const int value = static_cast<int>(rng() % 1000);
-            const std::pair<int*, int> r = map.Insert(key, value);
+            const std::pair<int*, int> r = map.Insert(key.c_str(), value);
             const auto e = where.emplace(key, std::make_pair(r.first, value)); // a stored value stays
             ASSERT_EQ(r, std::make_pair(e.first->second.first, e.second ? 1 : 0));
             Insert(model, key);
         } else {
-            ASSERT_EQ(map.Remove(key), static_cast<int>(where.erase(key)));
+            ASSERT_EQ(map.Remove(key.c_str()), static_cast<int>(where.erase(key)));
             Remove(model, key);
         }
         Check();

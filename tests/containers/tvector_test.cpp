@@ -18,8 +18,9 @@ typedef std::vector<std::pair<int, short>> Records; // descriptor and events
 
 TEST(TVectorDeathTest, CheckedAccessFailsOutsideTheRows)
 {
-    auto report = [](const std::string& signature) {
-        return testutil::AssertionPattern("include/generic/tvector", signature, "m != 0 && 0 <= r && r < rows");
+    const char* expr = "m != 0 && 0 <= r && r < rows";
+    auto report = [expr](const char* signature) {
+        return testutil::AssertionPattern("include/generic/tvector", signature, expr);
     };
     TVector<int> empty(0);
     EXPECT_EQ(static_cast<int*>(empty), nullptr);
@@ -58,6 +59,8 @@ TEST(TVectorTest, ResizeKeepsTheFrontAndCopiesAreDeep)
     EXPECT_EQ(static_cast<String_t*>(c), nullptr);
 }
 
+// A key below the first element gives position 0, never a wrapped index; among equal elements the
+// bisection's first hit is found (index 4 of the first six, not the first 40).
 TEST(ArrBFindCoreTest, FindsTheKeyOrItsInsertionPoint)
 {
     int a[] = {10, 20, 30, 40, 40, 40, 50};
@@ -66,7 +69,7 @@ TEST(ArrBFindCoreTest, FindsTheKeyOrItsInsertionPoint)
         unsigned n;
         int at, found;
     } rows[] = {{5, 0, 0, 0}, {0, 1, 0, 0}, {5, 4, 0, 0}, {25, 4, 2, 0}, {45, 4, 4, 0}, {40, 6, 4, 1}};
-    for (const auto& row : rows) { // below the first: 0, never a wrapped index; equal keys: the bisection's
+    for (const auto& row : rows) {
         TResult<int> r = ArrBFindCore(a, row.n, row.key, [](int x, int y) { return (x > y) - (x < y); });
         EXPECT_EQ(r.pos - a, row.at) << row.key << " in " << row.n;
         EXPECT_EQ(r.found, row.found) << row.key << " in " << row.n;
