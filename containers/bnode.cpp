@@ -81,9 +81,10 @@ bnode_t* NextPost(bnode_t* n, const bnode_t* top)
 
 typedef bnode_t* (*step_t)(bnode_t* n, const bnode_t* top);
 
-// Visits n and the nodes that step finds after it within the subtree at top, until a visit returns
-// non-zero (returned) or, with cmp, a node lies past bound: after it (past > 0) or before it
-// (past < 0). The next node is found before the visit, so a visit may destroy its node.
+// Visits n and the nodes that step finds after it within the subtree at top. Stops at the first
+// non-zero visit result, which it returns, and, when cmp is given, before the first node beyond bound
+// (ordered after it for past > 0, before it for past < 0). Each step is taken before the visit, so a
+// visit may destroy its node.
 int Walk(bnode_t* n, const bnode_t* top, step_t step, bnode_visit_t visit, void* arg,
          bnode_cmp_t cmp = nullptr, const void* bound = nullptr, int past = 0)
 {
