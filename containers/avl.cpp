@@ -49,36 +49,27 @@ AVLnode* RotateRR(AVLnode* p)
     return a;
 }
 
-// Double rotations through the grandchild g, which becomes the subtree root with bal 0; the two nodes
-// it splits get the balance g's old lean implies, alike in insertion and deletion.
-AVLnode* RotateLR(AVLnode* p)
+// After a double rotation the grandchild g is the subtree root: the two nodes it split take the
+// balance its old lean implies (alike in insertion and deletion), and g gets 0.
+AVLnode* Settle(AVLnode* g)
 {
-    AVLnode* a = Left(p);
-    AVLnode* g = Right(a);
-    g->parent = p->parent;
-    LinkRight(a, Left(g));
-    LinkLeft(p, Right(g));
-    LinkLeft(g, a);
-    LinkRight(g, p);
-    p->bal = g->bal == -1 ? 1 : 0;
-    a->bal = g->bal == 1 ? -1 : 0;
+    Left(g)->bal = g->bal == 1 ? -1 : 0;
+    Right(g)->bal = g->bal == -1 ? 1 : 0;
     g->bal = 0;
     return g;
 }
 
+// Double rotations: the heavy child first turns away, then its inner child g rises to the top.
+AVLnode* RotateLR(AVLnode* p)
+{
+    LinkLeft(p, RotateRR(Left(p)));
+    return Settle(RotateLL(p));
+}
+
 AVLnode* RotateRL(AVLnode* p)
 {
-    AVLnode* a = Right(p);
-    AVLnode* g = Left(a);
-    g->parent = p->parent;
-    LinkLeft(a, Right(g));
-    LinkRight(p, Left(g));
-    LinkRight(g, a);
-    LinkLeft(g, p);
-    p->bal = g->bal == 1 ? -1 : 0;
-    a->bal = g->bal == -1 ? 1 : 0;
-    g->bal = 0;
-    return g;
+    LinkRight(p, RotateLL(Right(p)));
+    return Settle(RotateRR(p));
 }
 
 // Inserts into the subtree at p and returns its new root; h tells whether the subtree grew.

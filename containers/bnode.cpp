@@ -79,6 +79,36 @@ bnode_t* NextPost(bnode_t* n, const bnode_t* top)
     return p;
 }
 
+typedef bnode_t* (*step_t)(bnode_t* n, const bnode_t* top);
+
+// Visits n and the nodes that step finds after it within the subtree at top. Stops at the first
+// non-zero visit result, which it returns, and, when cmp is given, before the first node beyond bound
+// (ordered after it for past > 0, before it for past < 0). Each step is taken before the visit, so a
+// visit may destroy its node.
+int Walk(bnode_t* n, const bnode_t* top, step_t step, bnode_visit_t visit, void* arg,
+         bnode_cmp_t cmp = nullptr, const void* bound = nullptr, int past = 0)
+{
+    while (n != nullptr) {
+        if (cmp != nullptr) {
+            const int c = cmp(n, bound); // > 0: n orders after bound
+            if (past > 0 ? c > 0 : c < 0)
+                break;
+        }
+        bnode_t* next = step(n, top);
+        if (const int r = visit(n, arg))
+            return r;
+        n = next;
+    }
+    return 0;
+}
+
+// Visit of DeleteTree: a post-order walk reaches a node after its children and steps on first.
+int Destroy(bnode_t* n, void*)
+{
+    delete n;
+    return 0;
+}
+
 } // namespace
 
 bnode_t::~bnode_t() {}
@@ -159,48 +189,22 @@ bnode_t* bnode_t::Delete(bnode_t* t, bnode_cmp_t cmp, const void* key)
 
 int bnode_t::Preorder(bnode_t* t, bnode_visit_t visit, void* arg)
 {
-    for (bnode_t* n = t; n != nullptr;) {
-        bnode_t* next = NextPre(n, t);
-        if (const int r = visit(n, arg))
-            return r;
-        n = next;
-    }
-    return 0;
+    return Walk(t, t, NextPre, visit, arg);
 }
 
 int bnode_t::Inorder(bnode_t* t, bnode_visit_t visit, void* arg)
 {
-    for (bnode_t* n = It::LDown(t); n != nullptr;) {
-        bnode_t* next = NextIn(n, t);
-        if (const int r = visit(n, arg))
-            return r;
-        n = next;
-    }
-    return 0;
+    return Walk(It::LDown(t), t, NextIn, visit, arg);
 }
 
 int bnode_t::Revorder(bnode_t* t, bnode_visit_t visit, void* arg)
 {
-    for (bnode_t* n = It::RDown(t); n != nullptr;) {
-        bnode_t* next = PrevIn(n, t);
-        if (const int r = visit(n, arg))
-            return r;
-        n = next;
-    }
-    return 0;
+    return Walk(It::RDown(t), t, PrevIn, visit, arg);
 }
 
 int bnode_t::Postorder(bnode_t* t, bnode_visit_t visit, void* arg)
 {
-    if (t == nullptr)
-        return 0;
-    for (bnode_t* n = FirstPost(t); n != nullptr;) {
-        bnode_t* next = NextPost(n, t);
-        if (const int r = visit(n, arg))
-            return r;
-        n = next;
-    }
-    return 0;
+    return Walk(t != nullptr ? FirstPost(t) : nullptr, t, NextPost, visit, arg);
 }
 
 // Both walks start at the bound's neighbour found by one descent and then step through successors
@@ -218,13 +222,7 @@ int bnode_t::Range(bnode_t* t, bnode_visit_t visit, void* arg, bnode_cmp_t cmp, 
             n = c > 0 ? n->left : nullptr;
         }
     }
-    for (bnode_t* n = first; n != nullptr && cmp(n, hi) <= 0;) {
-        bnode_t* next = NextIn(n, t);
-        if (const int r = visit(n, arg))
-            return r;
-        n = next;
-    }
-    return 0;
+    return Walk(first, t, NextIn, visit, arg, cmp, hi, 1);
 }
 
 int bnode_t::RevRange(bnode_t* t, bnode_visit_t visit, void* arg, bnode_cmp_t cmp, const void* lo,
@@ -240,13 +238,7 @@ int bnode_t::RevRange(bnode_t* t, bnode_visit_t visit, void* arg, bnode_cmp_t cm
             n = c < 0 ? n->right : nullptr;
         }
     }
-    for (bnode_t* n = last; n != nullptr && cmp(n, lo) >= 0;) {
-        bnode_t* next = PrevIn(n, t);
-        if (const int r = visit(n, arg))
-            return r;
-        n = next;
-    }
-    return 0;
+    return Walk(last, t, PrevIn, visit, arg, cmp, lo, -1);
 }
 
 bnode_t* bnode_t::Iterator::LDown(bnode_t* n)
@@ -319,11 +311,7 @@ bnode_t* bnode_t::DupTree() const
 
 bnode_t* bnode_t::DeleteTree()
 {
-    for (bnode_t* n = FirstPost(this); n != nullptr;) {
-        bnode_t* next = NextPost(n, this);
-        delete n;
-        n = next;
-    }
+    Postorder(this, Destroy, nullptr);
     return nullptr;
 }
 

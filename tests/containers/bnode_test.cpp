@@ -1,4 +1,4 @@
-// bnode_t toolkit: plain insertion and deletion, traversals, ranges, copy, destruction, rebuilding.
+// bnode_t toolkit: plain insertion and deletion, stepping, traversals, ranges, copy, rebuilding.
 #include <tevbase/bnode.h>
 
 #include <gtest/gtest.h>
@@ -11,6 +11,8 @@
 #include <vector>
 
 namespace {
+
+typedef bnode_t::Iterator It;
 
 struct INode : bnode_t {
     static int live;
@@ -33,6 +35,7 @@ int INode::dups_left = -1;
 int Key(const bnode_t* n) { return static_cast<const INode*>(n)->key; }
 int Cmp(const bnode_t* n, const void* key) { return Key(n) - *static_cast<const int*>(key); }
 bnode_t* Create(void* arg) { return new INode(*static_cast<int*>(arg)); }
+void Found(bnode_t* n, void* arg) { *static_cast<int*>(arg) = Key(n); }
 int Ascending(bnode_t* const* a, bnode_t* const* b) { return Key(*a) - Key(*b); }
 int Descending(bnode_t* const* a, bnode_t* const* b) { return Key(*b) - Key(*a); }
 
@@ -78,213 +81,160 @@ protected:
     bnode_t* t = nullptr;
 };
 
-TEST_F(BnodeTest, PlainInsertAndDeleteFollowTheReplacementRule)
+TEST_F(BnodeTest, DeleteFollowsTheReplacementRule)
 {
-    t = Build({5, 3, 8, 1, 4});
-    int k = 4, seen = -1;
-    auto found = [](bnode_t* n, void* arg) { *static_cast<int*>(arg) = Key(n); };
-    EXPECT_EQ(bnode_t::Insert(t, Cmp, &k, Create, &k, found, &seen), t);
-    EXPECT_EQ(seen, 4);
-    bnode_t::Insert(t, Cmp, &k, Create, &k); // without a found callback nothing happens either
-    EXPECT_EQ(Shape(t), "5(3(1,4),8)");
-    EXPECT_EQ(INode::live, 5);
-    k = 6;
-    EXPECT_EQ(bnode_t::Find(t, Cmp, &k), nullptr);
-    t = t->DeleteTree();
-
     const struct {
         const char* name;
         std::vector<int> keys;
         int del;
         const char* shape;
     } rows[] = {
-        {"leaf", {5, 3, 8}, 8, "5(3,-)"},
-        {"only left child", {5, 3, 1}, 3, "5(1,-)"},
-        {"only right child", {5, 3, 4}, 3, "5(4,-)"},
+        {"no right child: the left child", {5, 3, 1, 2}, 3, "5(1(-,2),-)"},
+        {"no left child: the right child", {5, 3, 4}, 3, "5(4,-)"},
         {"left child without right child", {5, 3, 8, 1, 9}, 5, "3(1,8(-,9))"},
-        {"rightmost of the left subtree", {8, 3, 9, 1, 6, 4, 7, 5}, 8, "7(3(1,6(4(-,5),-)),9)"},
-        {"rightmost with a left subtree", {9, 5, 2, 7, 4, 3}, 5, "9(4(2(-,3),7),-)"},
-        {"absent key", {5, 3, 8}, 4, "5(3,8)"},
+        {"rightmost of the left subtree", {9, 5, 2, 7, 4, 3}, 5, "9(4(2(-,3),7),-)"},
         {"only node", {5}, 5, "-"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         t = bnode_t::Delete(Build(row.keys), Cmp, &row.del);
         EXPECT_EQ(Shape(t), row.shape);
-        const bool present = std::count(row.keys.begin(), row.keys.end(), row.del) != 0;
-        EXPECT_EQ(INode::live, static_cast<int>(row.keys.size()) - present);
+        EXPECT_EQ(INode::live, t != nullptr ? t->Size() : 0); // the removed node was destroyed
         if (t != nullptr)
             t = t->DeleteTree();
     }
 }
 
-TEST_F(BnodeTest, RandomInsertionsAndDeletionsKeepOrderAndParents)
+// What the walks of the subtree at n visit, by recursion: o[0] pre-order, o[1] in-order, o[2] post-order.
+void Orders(const bnode_t* n, std::vector<int>* o)
 {
+    if (n != nullptr) {
+        o[0].push_back(Key(n));
+        Orders(n->left, o);
+        o[1].push_back(Key(n));
+        Orders(n->right, o);
+        o[2].push_back(Key(n));
+    }
+}
+
+// Runs walk(visits) with the stop-th visit returning non-zero (0: none) and checks it against the
+// whole order want.
+template <class Walk> void ExpectWalk(Walk walk, size_t stop, std::vector<int> want)
+{
+    Visits v;
+    v.stop_at = stop;
+    const int r = walk(&v);
+    const bool stops = stop != 0 && stop <= want.size();
+    if (stops)
+        want.resize(stop);
+    EXPECT_EQ(r, stops ? 7 : 0);
+    EXPECT_EQ(v.keys, want);
+}
+
+// Plain insertions and deletions against a std::set. After every step: parent links, Size, the
+// stackless stepping both ways, the four walks (of the tree or its left subtree) against recursive
+// ones, and both ranges between random bounds; walks and ranges stop at a random visit.
+TEST_F(BnodeTest, RandomRunMatchesASetAndRecursiveWalks)
+{
+    int (*const walks[])(bnode_t*, bnode_visit_t, void*) = {bnode_t::Preorder, bnode_t::Inorder,
+                                                            bnode_t::Postorder, bnode_t::Revorder};
     std::mt19937 rng(6);
     std::set<int> model;
-    for (int step = 0; step < 4000 && !HasFailure(); ++step) {
+    for (int step = 0; step < 3000 && !HasFailure(); ++step) {
+        SCOPED_TRACE(step);
         int k = static_cast<int>(rng() % 100);
-        if (rng() % 3 != 0) {
-            t = bnode_t::Insert(t, Cmp, &k, Create, &k);
+        if (rng() % 3 != 0) { // every other insertion without a found callback
+            int seen = -1;
+            t = bnode_t::Insert(t, Cmp, &k, Create, &k, step % 2 ? Found : nullptr, &seen);
+            EXPECT_EQ(seen, step % 2 && model.count(k) ? k : -1);
             model.insert(k);
         } else {
             t = bnode_t::Delete(t, Cmp, &k);
             model.erase(k);
         }
-        Visits v;
-        bnode_t::Inorder(t, Record, &v);
-        EXPECT_EQ(v.keys, std::vector<int>(model.begin(), model.end())) << "step " << step;
-        EXPECT_EQ(INode::live, static_cast<int>(model.size()));
         Shape(t);
+        EXPECT_EQ(INode::live, static_cast<int>(model.size()));
+        EXPECT_EQ(t != nullptr ? t->Size() : 0, INode::live);
+        std::vector<int> up, down, in;
+        for (bnode_t* n = It::LDown(t); n != nullptr; n = n->right ? It::LDown(n->right) : It::LUp(n))
+            up.push_back(Key(n));
+        for (bnode_t* n = It::RDown(t); n != nullptr; n = n->left ? It::RDown(n->left) : It::RUp(n))
+            down.push_back(Key(n));
+        EXPECT_EQ(up, std::vector<int>(model.begin(), model.end()));
+        EXPECT_EQ(down, std::vector<int>(model.rbegin(), model.rend()));
+
+        const size_t stop = rng() % 10;
+        bnode_t* sub = t != nullptr && rng() % 2 ? t->left : t;
+        std::vector<int> want[4];
+        Orders(sub, want);
+        want[3].assign(want[1].rbegin(), want[1].rend());
+        for (int kind = 0; kind < 4; ++kind)
+            ExpectWalk([&](Visits* v) { return walks[kind](sub, Record, v); }, stop, want[kind]);
+        const int lo = static_cast<int>(rng() % 110) - 5, hi = static_cast<int>(rng() % 110) - 5;
+        for (int x : model)
+            if (lo <= x && x <= hi)
+                in.push_back(x);
+        ExpectWalk([&](Visits* v) { return bnode_t::Range(t, Record, v, Cmp, &lo, &hi); }, stop, in);
+        ExpectWalk([&](Visits* v) { return bnode_t::RevRange(t, Record, v, Cmp, &lo, &hi); }, stop,
+                   std::vector<int>(in.rbegin(), in.rend()));
     }
+    EXPECT_TRUE(It::LUp(nullptr) == nullptr && It::RUp(nullptr) == nullptr);
 }
 
-TEST_F(BnodeTest, TraversalsVisitInTheirOrderAndStopEarly)
+void Depth(bnode_t* n, int depth, void* arg)
 {
-    t = Build({4, 2, 6, 1, 3, 5, 7});
-    const struct {
-        const char* name;
-        int (*walk)(bnode_t*, bnode_visit_t, void*);
-        std::vector<int> order;
-    } rows[] = {
-        {"pre", bnode_t::Preorder, {4, 2, 1, 3, 6, 5, 7}},
-        {"in", bnode_t::Inorder, {1, 2, 3, 4, 5, 6, 7}},
-        {"rev", bnode_t::Revorder, {7, 6, 5, 4, 3, 2, 1}},
-        {"post", bnode_t::Postorder, {1, 3, 2, 5, 7, 6, 4}},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        for (size_t stop = 0; stop <= row.order.size(); ++stop) {
-            Visits v;
-            v.stop_at = stop;
-            EXPECT_EQ(row.walk(t, Record, &v), stop != 0 ? 7 : 0);
-            EXPECT_EQ(v.keys, std::vector<int>(row.order.begin(), row.order.begin() + (stop ? stop : 7)));
-        }
-        Visits sub, none;
-        row.walk(t->left, Record, &sub); // a walk over a subtree stays inside it
-        EXPECT_EQ(std::set<int>(sub.keys.begin(), sub.keys.end()), (std::set<int>{1, 2, 3}));
-        EXPECT_EQ(row.walk(nullptr, Record, &none), 0);
-    }
+    static_cast<std::vector<std::pair<int, int>>*>(arg)->push_back({Key(n), depth});
 }
 
-TEST_F(BnodeTest, RangesIncludeBothBoundsInEitherDirection)
+TEST_F(BnodeTest, DupTreeAndCheckTreeKeepToTheSubtree)
 {
-    t = Build({40, 20, 60, 10, 30, 50, 70});
-    const struct {
-        int lo, hi;
-        std::vector<int> up;
-    } rows[] = {
-        {20, 50, {20, 30, 40, 50}}, {21, 49, {30, 40}}, {30, 30, {30}}, {31, 39, {}}, {50, 20, {}},
-        {0, 5, {}}, {75, 99, {}}, {0, 99, {10, 20, 30, 40, 50, 60, 70}}, {65, 99, {70}}, {0, 10, {10}},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(std::to_string(row.lo) + ".." + std::to_string(row.hi));
-        Visits up, down;
-        EXPECT_EQ(bnode_t::Range(t, Record, &up, Cmp, &row.lo, &row.hi), 0);
-        EXPECT_EQ(bnode_t::RevRange(t, Record, &down, Cmp, &row.lo, &row.hi), 0);
-        EXPECT_EQ(up.keys, row.up);
-        EXPECT_EQ(down.keys, std::vector<int>(row.up.rbegin(), row.up.rend()));
-    }
-    const int lo = 15, hi = 65;
-    Visits up, down;
-    up.stop_at = down.stop_at = 2;
-    EXPECT_EQ(bnode_t::Range(t, Record, &up, Cmp, &lo, &hi), 7);
-    EXPECT_EQ(bnode_t::RevRange(t, Record, &down, Cmp, &lo, &hi), 7);
-    EXPECT_EQ(up.keys, (std::vector<int>{20, 30}));
-    EXPECT_EQ(down.keys, (std::vector<int>{60, 50}));
-}
-
-TEST_F(BnodeTest, DupTreeCopiesTheShapeAndCleansUpAfterAThrowingDup)
-{
-    t = Build({5, 2, 8, 1, 3, 9, 7, 6});
-    bnode_t* copy = t->DupTree();
-    EXPECT_EQ(Shape(copy), "5(2(1,3),8(7(6,-),9))");
-    const int k = 2;
+    t = Build({60, 50, 30, 70, 20, 40, 35, 45, 42});
+    const int k = 30;
+    bnode_t* copy = t->left->DupTree();
+    EXPECT_EQ(Shape(copy), "50(30(20,40(35,45(42,-))),-)"); // with a root without parent
     bnode_t::Delete(copy, Cmp, &k)->DeleteTree();
-    EXPECT_EQ(Shape(t), "5(2(1,3),8(7(6,-),9))");
-    for (int fail = 0; fail < 8; ++fail) {
+    EXPECT_EQ(Shape(t), "60(50(30(20,40(35,45(42,-))),-),70)");
+    for (int fail = 0; fail < 9; ++fail) { // what was copied is destroyed
         INode::dups_left = fail;
         EXPECT_THROW(t->DupTree(), std::runtime_error);
-        EXPECT_EQ(INode::live, 8) << "copy failing at Dup " << fail;
+        EXPECT_EQ(INode::live, 9) << "copy failing at Dup " << fail;
     }
     INode::dups_left = -1;
-    bnode_t* sub = t->right->DupTree(); // a subtree's copy has a root without parent
-    EXPECT_EQ(Shape(sub), "8(7(6,-),9)");
-    sub->DeleteTree();
-}
-
-TEST_F(BnodeTest, CheckTreeReportsDepthsInOrder)
-{
-    typedef std::vector<std::pair<int, int>> Depths;
-    auto check = [](bnode_t* n, int depth, void* arg) {
-        static_cast<Depths*>(arg)->push_back({Key(n), depth});
-    };
-    Depths seen;
-    t = Build({2, 1, 3});
-    t->CheckTree(0, check, &seen);
-    EXPECT_EQ(seen, (Depths{{1, 1}, {2, 0}, {3, 1}}));
-    t = t->DeleteTree();
-
-    t = Build({50, 30, 70, 20, 40, 35, 45, 42, 80});
-    seen.clear();
-    t->left->right->CheckTree(3, check, &seen); // a subtree only
-    EXPECT_EQ(seen, (Depths{{35, 4}, {40, 3}, {42, 5}, {45, 4}}));
+    std::vector<std::pair<int, int>> seen;
+    t->left->CheckTree(3, Depth, &seen);
+    EXPECT_EQ(seen, (decltype(seen){{20, 5}, {30, 4}, {35, 6}, {40, 5}, {42, 7}, {45, 6}, {50, 3}}));
 }
 
 TEST_F(BnodeTest, BalanceRebuildsByTheSortOrder)
 {
-    t = Build({1, 2, 3, 4, 5, 6, 7})->Balance(Ascending);
+    t = Build({1, 2, 3, 4, 5, 6, 7})->Balance(Ascending); // from a chain
     EXPECT_EQ(Shape(t), "4(2(1,3),6(5,7))");
-    t = t->Balance(Descending); // the sort decides, not the old order
-    EXPECT_EQ(Shape(t), "4(6(7,5),2(3,1))");
     t = t->DeleteTree();
-    t = Build({8, 1, 7, 2, 6, 3, 5, 4})->Balance(Ascending);
-    EXPECT_EQ(Shape(t), "4(2(1,3),6(5,7(-,8)))");
-    t = t->DeleteTree();
-
-    std::mt19937 rng(7);
-    for (int n : {1, 2, 1000, 4095, 4096}) {
-        std::vector<int> keys(n);
-        for (int i = 0; i < n; ++i)
-            keys[i] = i;
-        std::shuffle(keys.begin(), keys.end(), rng);
-        t = Build(keys)->Balance(Ascending);
-        int h = 0;
-        while ((1 << h) <= n)
-            ++h;
-        EXPECT_EQ(Height(t), h) << n;
-        EXPECT_EQ(t->Size(), n);
-        Shape(t);
-        t = t->DeleteTree();
-    }
-
-    INode parent(0), only(1);
-    only.left = &parent; // stale links are overwritten
-    bnode_t* nodes[] = {&only};
-    EXPECT_EQ(bnode_t::BuildTree(&parent, nodes, 0, 0), &only);
-    EXPECT_TRUE(only.parent == &parent && only.left == nullptr && only.right == nullptr);
-    EXPECT_EQ(bnode_t::BuildTree(&parent, nodes, 1, 0), nullptr);
+    t = Build({8, 1, 7, 2, 6, 3, 5, 4})->Balance(Descending); // the sort decides; mid rounds down
+    EXPECT_EQ(Shape(t), "5(7(8,6),3(4,2(-,1)))");
 }
 
+// A chain as deep as it is long (what plain Insert makes of sorted keys): walking, copying and
+// destroying it must not recurse. Balance makes it as low as it can be.
 TEST_F(BnodeTest, DegenerateChainsNeedNoStack)
 {
-    // A chain as deep as it is long (what plain Insert makes of sorted keys): walking, copying and
-    // destroying it must not recurse.
     const int n = 200000;
-    t = new INode(0);
-    for (bnode_t* last = t; Key(last) < n - 1; last = last->right) {
-        last->right = new INode(Key(last) + 1);
-        last->right->parent = last;
+    t = new INode(n - 1);
+    for (bnode_t* first = t; Key(first) > 0; first = first->left) {
+        first->left = new INode(Key(first) - 1);
+        first->left->parent = first;
     }
     EXPECT_EQ(t->Size(), n);
     Visits v;
-    v.stop_at = n;
-    EXPECT_EQ(bnode_t::Postorder(t, Record, &v), 7);
-    EXPECT_EQ(v.keys.front(), n - 1);
+    EXPECT_EQ(bnode_t::Postorder(t, Record, &v), 0);
+    EXPECT_EQ(v.keys.front(), 0);
     t->DupTree()->DeleteTree();
-    int deepest = 0;
-    t->CheckTree(0, [](bnode_t*, int d, void* arg) { *static_cast<int*>(arg) = d; }, &deepest);
-    EXPECT_EQ(deepest, n - 1);
+    std::vector<std::pair<int, int>> depths;
+    t->CheckTree(0, Depth, &depths);
+    EXPECT_EQ(depths.front(), std::make_pair(0, n - 1));
+    t = t->Balance(Ascending);
+    EXPECT_EQ(Height(t), 18);
+    Shape(t);
 }
 
 } // namespace
