@@ -146,8 +146,9 @@ public:
         root = static_cast<Node*>(AVLnode::Delete(root, &Node::Cmp, &key, removed));
         if (root != nullptr)
             root->parent = nullptr;
+        const int found = removed != nullptr;
         delete static_cast<Node*>(removed);
-        return removed != nullptr;
+        return found;
     }
     Node* Root() const { return root; }
 
