@@ -74,7 +74,7 @@ TEST(ArcTest, CentreArcGeometry)
     const struct { gu_point_t s, c, e; int dir; gu_coord_t r; float a0, sweep; } rows[] = {
         {kE, kO, kN, 0, 10, 0.0f, 1.5707963705062866f}, {kE, kO, kN, 1, 10, 0.0f, -4.71238899230957f},
         {{7, 7}, kO, {-3, 1}, 0, 9, 0.7853981852531433f, 2.0344438552856445f}, // the end's distance: unused
-        {kE, kO, {20, 0}, 1, 10, 0.0f, 0.0f}};
+        {kE, kO, {20, 0}, 0, 10, 0.0f, 0.0f}, {kE, kO, {20, 0}, 1, 10, 0.0f, 0.0f}};
     gu_coord_t r = U;
     float a0 = U, sweep = U;
     for (const auto& row : rows) {
@@ -103,7 +103,7 @@ TEST(ArcTest, ArcPolygonsTruncateAndFollowTheCountRule)
         // 8 * pi / 2pi = 4 points; cos(pi) * 10 truncates to -9 where a circle would round to -10
         {"half circle", true, kE, kN, kW, 0, 8, 100, 4, {{10, 0}, {4, 8}, {-5, 8}, {-9, 0}}},
         {"capped at max", true, kE, kN, kW, 0, 64, 5, 5, {{10, 0}, {7, 7}, {0, 9}, {-7, 7}, {-9, 0}}},
-        {"two points at least", true, kE, kN, kW, 0, 1, 100, 2, {{10, 0}, {-9, 0}}},
+        {"two points at least", true, kE, kN, kW, 0, 3, 100, 2, {{10, 0}, {-9, 0}}},
         {"collinear gives the chord", true, kO, {5, 5}, {-7, -7}, 0, 8, 100, 2, {{0, 0}, {-7, -7}}},
         {"max below 1 is passed back", true, kE, kN, kW, 0, 64, -3, -3, {}},
         {"one point cannot hold an arc", true, kE, kN, kW, 0, 64, 1, 0, {}},

@@ -85,7 +85,7 @@ TEST(PolygonTest, Measures)
               Pts({{-3, -4}, {5, 6}, {kMax, kMax}, {-kMax, -kMax}}));
 
     // Rotated and degenerate rectangles qualify; parallelograms, kites and five points do not.
-    const Pts rects[] = {kSquare, kWhole, {{0, 0}, {3, 4}, {-1, 7}, {-4, 3}}, {{2, 2}, {2, 2}, {2, 2}, {2, 2}}};
+    const Pts rects[] = {kSquare, kWhole, {{0, 0}, {3, 4}, {-1, 7}, {-4, 3}}, Pts(4, gu_point_t{2, 2})};
     const Pts others[] = {{{0, 0}, {4, 0}, {5, 3}, {1, 3}}, {{0, 0}, {4, 0}, {4, 4}, {1, 3}},
                           {{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 0}}};
     for (const Pts& p : rects)
@@ -137,8 +137,9 @@ TEST(PolygonTest, DeletePoints)
         {"two points", {{0, 0}, {7, 7}}, {{0, 0}, {7, 7}}, {{7, 7}}},
         {"collinear across the closing edge", {{5, 0}, {10, 0}, {10, 10}, {0, 0}, {3, 0}},
          {{5, 0}, {10, 0}, {10, 10}, {0, 0}, {3, 0}}, {{10, 0}, {10, 10}, {0, 0}}},
-        {"collinear across the range", {{kMin, kMin}, {0, 0}, {kMax, kMax}}, {{kMin, kMin}, {kMax, kMax}},
-         {{kMax, kMax}}}};
+        // as ints the differences wrap and the turn rounds to 0
+        {"nearly collinear at the limits", {{kMin, kMin}, {0, 1}, {kMax, kMax}},
+         {{kMin, kMin}, {0, 1}, {kMax, kMax}}, {}}};
     for (const auto& row : rows) {
         for (int closed : {0, 1}) {
             Pts p = row.in, q = row.in;
@@ -159,6 +160,9 @@ TEST(PolygonTest, SizePolygons)
         // 3-4-5 triangle: the hypotenuse 3x + 4y = 120 moves to 3x + 4y = 130
         {"slanted triangle grows", false, tri, 2, {{-2, -2}, {46, -2}, {-2, 34}}},
         {"clockwise triangle grows too", false, Reversed(tri), 2, {{-2, 34}, {46, -2}, {-2, -2}}},
+        // exact (999998.73, -1000004.18), (1000013.36, -999995.82), (999988.29, -999983.29)
+        {"slanted near 1e6 rounds", false, {{1000000, -1000000}, {1000007, -999996}, {999995, -999990}}, 3,
+         {{999999, -1000004}, {1000013, -999996}, {999988, -999983}}},
         {"repeats dropped, the rest untouched", false, {{0, 0}, {0, 0}, {10, 0}, {10, 10}, {10, 10}, {0, 10}},
          1, {{-1, -1}, {11, -1}, {11, 11}, {-1, 11}, {10, 10}, {0, 10}}},
         {"one distinct point", false, {{3, 3}, {3, 3}, {3, 3}}, 1, {}},
@@ -192,7 +196,7 @@ TEST(PolygonTest, Intersections)
                    gu_point_t sout; double t; } rows[] = {
         {"crossing diagonals", {0, 0}, {10, 10}, {0, 10}, {10, 0}, 1, {5, 5}, 1, {5, 5}, 0.5},
         {"shared end point, touching boxes", {0, 0}, {10, 0}, {10, 0}, {10, 10}, 1, {10, 0}, 1, {10, 0}, 1},
-        {"segments apart, lines meet", {0, 0}, {10, 0}, {5, 1}, {5, 10}, 1, {5, 0}, 0, {}, 0.5},
+        {"segments apart, lines meet", {0, 0}, {10, 10}, {0, 10}, {4, 6}, 1, {5, 5}, 0, {}, 0.5},
         {"rounded from different segments", {0, 0}, {4, -2}, {1, -3}, {1, 5}, 1, {1, -1}, 1, {1, 0}, 0.25},
         // offsets of 2147483647.5 do not fit an int; the points do
         {"whole-range diagonals", {kMin, kMin}, {kMax, kMax}, {kMin, kMax}, {kMax, kMin}, 1, {0, 0}, 1,
@@ -203,6 +207,8 @@ TEST(PolygonTest, Intersections)
         {"collinear, 5 - 0/10 out of range", {0, 0}, {10, 0}, {5, 0}, {20, 0}, 0, {}, 0, {}, 0},
         {"collinear, 2 - 10/10 = 1 takes q1", {10, 0}, {20, 0}, {2, 0}, {30, 0}, 1, {2, 0}, 1, {2, 0}, 1},
         {"collinear vertical, 1 - 4/4 = 0", {0, 4}, {0, 8}, {0, 1}, {0, 20}, 1, {0, 1}, 1, {0, 1}, 0},
+        {"collinear diagonal, 1 - 10/10", {10, 30}, {20, 40}, {1, 21}, {30, 50}, 1, {1, 21}, 1, {1, 21}, 0},
+        {"collinear, boxes apart", {10, 0}, {20, 0}, {2, 0}, {5, 0}, 1, {2, 0}, 0, {}, 1},
         {"crossing outside the range", {0, 0}, {2000000000, 1}, {0, 10}, {2000000000, 10}, 0, {}, 0, {}, 0}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
