@@ -197,6 +197,7 @@ TEST(PolygonTest, Intersections)
         {"crossing diagonals", {0, 0}, {10, 10}, {0, 10}, {10, 0}, 1, {5, 5}, 1, {5, 5}, 0.5},
         {"shared end point, touching boxes", {0, 0}, {10, 0}, {10, 0}, {10, 10}, 1, {10, 0}, 1, {10, 0}, 1},
         {"segments apart, lines meet", {0, 0}, {10, 10}, {0, 10}, {4, 6}, 1, {5, 5}, 0, {}, 0.5},
+        {"the same, the other way round", {0, 10}, {4, 6}, {0, 0}, {10, 10}, 1, {5, 5}, 0, {}, 1.25},
         {"rounded from different segments", {0, 0}, {4, -2}, {1, -3}, {1, 5}, 1, {1, -1}, 1, {1, 0}, 0.25},
         // offsets of 2147483647.5 do not fit an int; the points do
         {"whole-range diagonals", {kMin, kMin}, {kMax, kMax}, {kMin, kMax}, {kMax, kMin}, 1, {0, 0}, 1,
