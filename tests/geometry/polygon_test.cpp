@@ -17,8 +17,8 @@ int size(const Pts& p)
 
 TEST(PolygonTest, Orientation)
 {
-    // Counter-clockwise, so 1, and -1 reversed; `ortho`: the orthogonal rule, decided at the lowest
-    // leftmost vertex, applies too (reversed, the last row starts with another leftmost one).
+    // Counter-clockwise, so 1, and -1 reversed. `ortho`: the orthogonal rule applies too; it decides
+    // at the lowest leftmost vertex, which reversed the last row does not list first.
     const struct { Pts p; bool ortho; } ccw[] = {
         {kSquare, true}, {{{kMin, kMin}, {kMax, kMin}, {0, kMax}}, false},
         {{{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 5}}, true},  // two leftmost vertices
