@@ -110,10 +110,7 @@ TEST(ArcTest, ArcPolygonsTruncateAndFollowTheCountRule)
         {"nor the chord", true, kO, {5, 5}, {-7, -7}, 0, 8, 1, 0, {}},
         // sin(pi/6) * 10 = 4.999... truncates to 4
         {"centre, counter-clockwise", false, kE, kO, kN, 0, 16, 100, 4, {{10, 0}, {8, 5}, {4, 8}, {0, 9}}},
-        {"centre near 1e6, clockwise", false, {-1000000, 999999}, {-1000010, 1000005}, {-1000020, 999990}, 1,
-         24, 100, 6,
-         {{-1000000, 999999}, {-1000002, 999996}, {-1000005, 999994}, {-1000009, 999994}, {-1000012, 999994},
-          {-1000016, 999995}}},
+        {"centre, clockwise", false, kE, kO, kN, 1, 4, 100, 3, {{10, 0}, {-7, -7}, {0, 9}}},
         {"centre, end at the centre", false, kE, kO, kO, 0, 16, 100, 0, {}},
         {"centre, radius beyond the range", false, {kMax, 0}, {-kMax, 0}, kN, 0, 16, 100, 0, {}}};
     for (const auto& row : rows) {
