@@ -41,7 +41,8 @@ TEST(ArcTest, ThreePointGeometryInSinglePrecision)
         {"counter-clockwise half", kE, kN, kW, kO, 10, 0.0f, 3.1415927410125732f},
         {"clockwise half", kW, kN, kE, kO, 10, 3.1415927410125732f, -3.1415927410125732f},
         {"clockwise through the bottom (second pass)", kE, kS, kW, kO, 10, 0.0f, -3.1415927410125732f},
-        // atan2 jumps between p2 and p3: the first pass overshoots 2pi, the second moves the end
+        // atan2 jumps across the cut: between p2 and p3 the first pass overshoots 2pi and the second
+        // moves the end; between p1 and p2 the first pass moves the start
         {"counter-clockwise across the cut", kN, kW, kS, kO, 10, 1.5707963705062866f, 3.141592502593994f},
         {"clockwise across the cut", kS, kW, kN, kO, 10, 4.71238899230957f, -3.141592502593994f},
         // midpoints halve toward zero ((-1000000 - 999997) / 2 = -999998; floor would move the
