@@ -109,13 +109,6 @@ TEST(PolygonTest, CountsAboveTheSigned16BitRange)
     // every point moves; the count comes back narrowed to 16 bits
     EXPECT_EQ(gu_size_polygon(40000, p.data(), 1), static_cast<int16_t>(40000 - 65536));
     EXPECT_EQ(Head(p, 2), Pts({{-1, -1}, {1, -1}}));
-
-    Pts line; // a million collinear points: one pass, not one shift per removed point
-    for (int i = 0; i < 1000000; ++i)
-        line.push_back({i, 2 * i});
-    line.push_back({0, 5});
-    EXPECT_EQ(Head(line, gu_delete_redundant_pointsi(size(line), line.data(), 0)),
-              Pts({{0, 0}, {999999, 1999998}, {0, 5}}));
 }
 
 TEST(PolygonTest, DeletePoints)
