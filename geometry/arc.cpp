@@ -3,7 +3,6 @@
 
 #include <assert.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
@@ -28,11 +27,12 @@ int sign(float v)
     return (v > 0) - (v < 0);
 }
 
-// Both c - r and c + r truncate to coordinates, so every c + r * cos(a) does.
-bool trunc_span_fits(gu_coord_t c, double r)
+// Both c - r and c + r convert to coordinates by `fits` (rounding or truncation), so every
+// c + r * cos(a) does.
+bool span_fits(gu_coord_t c, double r, bool (*fits)(double))
 {
     const double a = std::fabs(r);
-    return gu::TruncFits(c - a) && gu::TruncFits(c + a);
+    return fits(c - a) && fits(c + a);
 }
 
 // Circular arc of `radius` about `centre` from `start` over `sweep` as 2 .. max points, both ends on
@@ -59,8 +59,8 @@ void arc_points(int16_t* nout, gu_point_t* out, gu_point_t centre, gu_coord_t ra
         inc = sw / (k - 1);
     }
     // Two points at least, and a one-point arc would divide by zero.
-    if (count < 2 || count > max || !trunc_span_fits(centre.x, radius) ||
-        !trunc_span_fits(centre.y, radius)) {
+    if (count < 2 || count > max || !span_fits(centre.x, radius, gu::TruncFits) ||
+        !span_fits(centre.y, radius, gu::TruncFits)) {
         *nout = 0;
         return;
     }
@@ -86,9 +86,7 @@ void gu_circle2polygon(int16_t* nout, gu_point_t* out, const gu_point_t* centre,
     const double step = kTwoPi / n;
     const double cs = std::cos(step / 2);
     const double rx = width * 0.5 / cs, ry = height * 0.5 / cs; // edge midpoints touch the ellipse
-    const double ax = std::fabs(rx), ay = std::fabs(ry);
-    if (!gu::RoundFits(centre->x - ax) || !gu::RoundFits(centre->x + ax) || !gu::RoundFits(centre->y - ay) ||
-        !gu::RoundFits(centre->y + ay)) {
+    if (!span_fits(centre->x, rx, gu::RoundFits) || !span_fits(centre->y, ry, gu::RoundFits)) {
         *nout = 0; // n = 2 puts the vertices near infinity
         return;
     }
@@ -242,8 +240,8 @@ void gu_arc2a2polygon(int16_t* nout, gu_point_t* out, const gu_point_t* centre, 
     // The inner points lie on the ellipse enlarged so that the chords touch the true one.
     const double c = std::cos(step / 2);
     const double ex = hx / c, ey = hy / c;
-    if (!trunc_span_fits(centre->x, std::max(std::fabs(ex), double(std::abs(hx)))) ||
-        !trunc_span_fits(centre->y, std::max(std::fabs(ey), double(std::abs(hy))))) {
+    // |c| <= 1, so the enlarged semi-axes bound the end points too.
+    if (!span_fits(centre->x, ex, gu::TruncFits) || !span_fits(centre->y, ey, gu::TruncFits)) {
         *nout = 0; // a half step near 90 degrees puts the inner points near infinity
         return;
     }

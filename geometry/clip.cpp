@@ -49,6 +49,38 @@ struct Visible {
 // Borders in the order of the parametric constraints p t <= q.
 enum Border { kLeft, kRight, kBottom, kTop };
 
+// Narrows the segment's parameter range [*t0, *t1] by the constraints p[k] t <= q[k] of the four
+// borders and records the border that sets each end (-1 when it stays the segment's own end).
+// ratio(q, p) forms q / p as a Param. False when nothing is left.
+template <class T, class Ratio, class Param>
+bool narrow_to_window(const T (&p)[4], const T (&q)[4], Ratio ratio, Param* t0, Param* t1, int* in, int* out)
+{
+    for (int k = 0; k < 4; ++k) {
+        if (p[k] == 0) {
+            if (q[k] < 0)
+                return false; // parallel to this border and outside it
+            continue;
+        }
+        const Param r = ratio(q[k], p[k]);
+        if (p[k] < 0) { // entering across this border
+            if (*t1 < r)
+                return false;
+            if (*t0 < r) {
+                *t0 = r;
+                *in = k;
+            }
+        } else { // leaving across it
+            if (r < *t0)
+                return false;
+            if (r < *t1) {
+                *t1 = r;
+                *out = k;
+            }
+        }
+    }
+    return true;
+}
+
 // Pieces are gathered in the scratch array and handed to fn when they end. A piece that goes on
 // from one segment to the next already holds the shared point as its last, so each segment adds its
 // exit only.
@@ -90,16 +122,19 @@ uint64_t magnitude(int64_t v)
     return v < 0 ? uint64_t(0) - uint64_t(v) : uint64_t(v);
 }
 
-// Sign of a - b. The cross products reach 2^64: compared as magnitudes.
-int compare(Frac a, Frac b)
+// The cross products reach 2^64: compared as magnitudes.
+bool operator<(Frac a, Frac b)
 {
     const bool an = a.num < 0, bn = b.num < 0;
     if (an != bn)
-        return an ? -1 : 1;
+        return an;
     const uint64_t x = magnitude(a.num) * uint64_t(b.den), y = magnitude(b.num) * uint64_t(a.den);
-    if (x == y)
-        return 0;
-    return (x < y) != an ? -1 : 1;
+    return an ? x > y : x < y;
+}
+
+Frac frac(int64_t num, int64_t den)
+{
+    return den < 0 ? Frac{-num, -den} : Frac{num, den};
 }
 
 // mth_round(base + a * b / c), exactly, for c != 0, |a| <= |c| and every magnitude below 2^32.
@@ -147,32 +182,11 @@ void clip_segment(gu_point_t a, gu_point_t b, const WindowL& w, Visible<gu_point
                           int64_t(w.ymax) - a.y};
     Frac t0 = {0, 1}, t1 = {1, 1};
     int in = -1, out = -1;
-    v->visible = false;
-    for (int k = 0; k < 4; ++k) {
-        if (p[k] == 0) {
-            if (q[k] < 0)
-                return; // parallel to this border and outside it
-        } else if (p[k] < 0) {
-            const Frac r = {-q[k], -p[k]};
-            if (compare(r, t1) > 0)
-                return;
-            if (compare(r, t0) > 0) {
-                t0 = r;
-                in = k;
-            }
-        } else {
-            const Frac r = {q[k], p[k]};
-            if (compare(r, t0) < 0)
-                return;
-            if (compare(r, t1) < 0) {
-                t1 = r;
-                out = k;
-            }
-        }
-    }
-    v->visible = true;
+    v->visible = narrow_to_window(p, q, frac, &t0, &t1, &in, &out);
+    if (!v->visible)
+        return;
     v->ends_inside = out < 0;
-    v->point_only = compare(t0, t1) == 0;
+    v->point_only = !(t0 < t1);
     v->entry = in < 0 ? a : crossing(a, dx, dy, in, w);
     v->exit = out < 0 ? b : crossing(a, dx, dy, out, w);
 }
@@ -213,34 +227,12 @@ void clip_segment(Vec a, Vec b, const WindowR& w, Visible<Vec>* v)
     const double q[4] = {x0 - w.xmin, w.xmax - x0, y0 - w.ymin, w.ymax - y0};
     double t0 = 0, t1 = 1;
     int in = -1, out = -1;
-    v->visible = false;
-    if (std::isnan(dx) || std::isnan(dy))
+    const auto ratio = [](double num, double den) { return num / den; };
+    v->visible = !std::isnan(dx) && !std::isnan(dy) && narrow_to_window(p, q, ratio, &t0, &t1, &in, &out);
+    if (!v->visible)
         return;
-    for (int k = 0; k < 4; ++k) {
-        if (p[k] == 0) {
-            if (q[k] < 0)
-                return;
-        } else if (p[k] < 0) {
-            const double r = q[k] / p[k];
-            if (r > t1)
-                return;
-            if (r > t0) {
-                t0 = r;
-                in = k;
-            }
-        } else {
-            const double r = q[k] / p[k];
-            if (r < t0)
-                return;
-            if (r < t1) {
-                t1 = r;
-                out = k;
-            }
-        }
-    }
-    v->visible = true;
     v->ends_inside = out < 0;
-    v->point_only = t0 == t1;
+    v->point_only = !(t0 < t1);
     v->entry = in < 0 ? a : crossing(x0, y0, dx, dy, in, w);
     v->exit = out < 0 ? b : crossing(x0, y0, dx, dy, out, w);
 }

@@ -62,6 +62,15 @@ bool unit(gu_point_t a, gu_point_t b, Vec* u)
     return true;
 }
 
+// The left and right offset points at p across the unit direction u, moved `along` u first.
+void end_points(gu_point_t p, Vec u, float w, float along, Vec* L, Vec* R)
+{
+    const float x = static_cast<float>(p.x) + along * u.x, y = static_cast<float>(p.y) + along * u.y;
+    const Vec nrm = {-u.y, u.x};
+    *L = {x + w * nrm.x, y + w * nrm.y};
+    *R = {x - w * nrm.x, y - w * nrm.y};
+}
+
 bool store_rounded(const Strided& out, int i, Vec v)
 {
     if (!gu::RoundFits(v.x) || !gu::RoundFits(v.y))
@@ -78,19 +87,11 @@ bool outline_any_angle(const Strided& in, const Strided& out, int n, int hw, gu_
     if (!unit(p, next, &u))
         return false;
     const float w = static_cast<float>(hw);
-    const bool extend = type == 1 || type == 2;
+    const float reach = type == 1 || type == 2 ? w : 0; // how far the ends extend beyond the points
 
     // First end; L is the left point before rounding, on the left offset line of the segment.
-    Vec nrm = {-u.y, u.x};
-    const float px = static_cast<float>(p.x), py = static_cast<float>(p.y);
     Vec L, R;
-    if (extend) {
-        L = {px - w * u.x + w * nrm.x, py - w * u.y + w * nrm.y};
-        R = {px - w * u.x - w * nrm.x, py - w * u.y - w * nrm.y};
-    } else {
-        L = {px + w * nrm.x, py + w * nrm.y};
-        R = {px - w * nrm.x, py - w * nrm.y};
-    }
+    end_points(p, u, w, -reach, &L, &R);
     if (known_type(type) && (!store_rounded(out, 0, L) || !store_rounded(out, 2 * n - 1, R)))
         return false;
 
@@ -118,15 +119,7 @@ bool outline_any_angle(const Strided& in, const Strided& out, int n, int hw, gu_
     // Last end.
     if (!known_type(type))
         return true;
-    nrm = {-u.y, u.x};
-    const float ex = static_cast<float>(next.x), ey = static_cast<float>(next.y);
-    if (extend) {
-        L = {ex + w * u.x + w * nrm.x, ey + w * u.y + w * nrm.y};
-        R = {ex + w * u.x - w * nrm.x, ey + w * u.y - w * nrm.y};
-    } else {
-        L = {ex + w * nrm.x, ey + w * nrm.y};
-        R = {ex - w * nrm.x, ey - w * nrm.y};
-    }
+    end_points(next, u, w, reach, &L, &R);
     return store_rounded(out, n - 1, L) && store_rounded(out, n, R);
 }
 
@@ -139,6 +132,12 @@ struct Side {
 bool fits(Side s)
 {
     return gu::CoordFits(s.x) && gu::CoordFits(s.y);
+}
+
+// Stores a point that fits().
+void put(const Strided& out, int i, Side s)
+{
+    out.Set(i, static_cast<gu_coord_t>(s.x), static_cast<gu_coord_t>(s.y));
 }
 
 // An end of the outline at p, its segment from -> to vertical when the y values differ. `ahead` is
@@ -162,16 +161,15 @@ bool ortho_end(const Strided& out, int li, int ri, gu_point_t from, gu_point_t t
     }
     if (!fits(*l) || !fits(*r))
         return false;
-    const auto c = [](int64_t v) { return static_cast<gu_coord_t>(v); };
     if (known_type(type)) {
-        out.Set(li, c(l->x), c(l->y));
-        out.Set(ri, c(r->x), c(r->y));
+        put(out, li, *l);
+        put(out, ri, *r);
     } else if (vertical) {
-        out.SetX(li, c(l->x));
-        out.SetX(ri, c(r->x));
+        out.SetX(li, static_cast<gu_coord_t>(l->x));
+        out.SetX(ri, static_cast<gu_coord_t>(r->x));
     } else {
-        out.SetY(li, c(l->y));
-        out.SetY(ri, c(r->y));
+        out.SetY(li, static_cast<gu_coord_t>(l->y));
+        out.SetY(ri, static_cast<gu_coord_t>(r->y));
     }
     return true;
 }
@@ -199,8 +197,8 @@ bool outline_ortho(const Strided& in, const Strided& out, int n, int64_t hw, gu_
         }
         if (!fits(l) || !fits(r))
             return false;
-        out.Set(i, static_cast<gu_coord_t>(l.x), static_cast<gu_coord_t>(l.y));
-        out.Set(2 * n - 1 - i, static_cast<gu_coord_t>(r.x), static_cast<gu_coord_t>(r.y));
+        put(out, i, l);
+        put(out, 2 * n - 1 - i, r);
         prev = p;
         p = next;
     }
@@ -224,11 +222,10 @@ void gu_n_path_to_polygon(int stride, int16_t* nout, void* out, int n, const voi
         const Side lo = {int64_t(p.x) - hw, int64_t(p.y) - hw}, hi = {int64_t(p.x) + hw, int64_t(p.y) + hw};
         if (!fits(lo) || !fits(hi))
             return;
-        const auto c = [](int64_t v) { return static_cast<gu_coord_t>(v); };
-        dst.Set(0, c(lo.x), c(lo.y));
-        dst.Set(1, c(hi.x), c(lo.y));
-        dst.Set(2, c(hi.x), c(hi.y));
-        dst.Set(3, c(lo.x), c(hi.y));
+        put(dst, 0, lo);
+        put(dst, 1, {hi.x, lo.y});
+        put(dst, 2, hi);
+        put(dst, 3, {lo.x, hi.y});
         *nout = 4;
         return;
     }

@@ -4,6 +4,8 @@
 
 #include <stdint.h>
 
+#include <algorithm>
+#include <ostream>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -16,22 +18,22 @@ constexpr gu_coord_t kMin = INT32_MIN;
 constexpr gu_coord_t kMax = INT32_MAX;
 constexpr gu_coord_t U = -99; // marks an entry that must stay unwritten
 
-inline ::testing::AssertionResult SamePoints(const Pts& want, const gu_point_t* got, int n)
+inline bool operator==(gu_point_t a, gu_point_t b)
 {
-    if (static_cast<int>(want.size()) != n)
-        return ::testing::AssertionFailure() << "count " << n << ", want " << want.size();
-    for (int i = 0; i < n; ++i) {
-        if (want[i].x != got[i].x || want[i].y != got[i].y)
-            return ::testing::AssertionFailure() << "point " << i << " is (" << got[i].x << "," << got[i].y
-                                                 << "), want (" << want[i].x << "," << want[i].y << ")";
-    }
-    return ::testing::AssertionSuccess();
+    return a.x == b.x && a.y == b.y;
 }
 
-// want, or for a count of 0 or less, an untouched first entry.
-inline ::testing::AssertionResult SameOrUntouched(const Pts& want, const gu_point_t* got, int n)
+inline std::ostream& operator<<(std::ostream& os, gu_point_t p)
 {
-    return n > 0 ? SamePoints(want, got, n) : SamePoints(want.empty() ? Pts{{U, U}} : want, got, 1);
+    return os << '(' << p.x << ',' << p.y << ')';
+}
+
+// The first n entries of out; for a count of 0 or less none, provided out[0] is still unwritten.
+inline Pts Head(const Pts& out, int n)
+{
+    if (n <= 0)
+        return out[0] == gu_point_t{U, U} ? Pts{} : Pts{out[0]};
+    return Pts(out.begin(), out.begin() + std::min<size_t>(size_t(n), out.size()));
 }
 
 inline Pts Reversed(const Pts& p)
