@@ -5,58 +5,30 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 TEST(ExceptTest, ToStringLeavesOutAbsentParts)
 {
-    struct Row {
-        Except e;
-        const char* text;
-    } rows[] = {
-        {Except(), "unknown"},
-        {Except("failed"), "failed"},
-        {Except("cannot open", "x.txt"), "cannot open, x.txt"},
+    const struct { Except e; const char* text; } rows[] = {
+        {Except(), "unknown"}, {Except("cannot open", "x.txt"), "cannot open, x.txt"},
         {Except("cannot open", "x.txt", "pathname", 42), "cannot open, x.txt, thrown in pathname:42"},
         {Except("cannot open", "pathname", 0), "cannot open, thrown in pathname:0"},
         {Except("cannot open", "pathname", -1), "cannot open"}, // no line, no place
-        {Except("cannot open", String_t(), "", 7), "cannot open"},
+        {Except("cannot open", String_t(), "", 7), "cannot open"}, {Except(nullptr, "detail"), ""},
     };
-    for (const Row& r : rows)
-        EXPECT_EQ(r.e.ToString(), r.text);
+    for (const auto& r : rows)
+        EXPECT_STREQ(r.e.ToString().Text(), r.text);
 
-    const Except null_message(nullptr, "detail");
-    EXPECT_EQ(null_message.ToString().Length(), 0u);
-}
-
-TEST(ExceptTest, CopiesShareAndThrowCarriesTheFields)
-{
-    Except a("m", "d", "f.cpp", 3);
-    Except b;
-    b = a;
-    const Except& same = b;
-    b = same;
-    EXPECT_EQ(b.ToString(), "m, d, thrown in f.cpp:3");
-    EXPECT_EQ(b.Detail().Chars(), a.Detail().Chars()); // shared representation
-    try {
-        throw Except("bad", String_t("x"), "g.cpp", 9);
-    } catch (const Except& e) {
-        EXPECT_STREQ(e.Message(), "bad");
-        EXPECT_EQ(e.Line(), 9);
-    }
+    Except copy;
+    copy = rows[2].e;
+    copy = static_cast<const Except&>(copy);
+    EXPECT_EQ(copy.ToString(), rows[2].text);
+    EXPECT_EQ(copy.Detail().Chars(), rows[2].e.Detail().Chars()); // shared representation
 }
 
 TEST(ObjectBaseTest, IsAMatchesTheTypeName)
 {
-    struct Derived : ObjectBase {
-        bool IsA(const char* name) const override
-        {
-            return (name && std::strcmp(name, "Derived") == 0) || ObjectBase::IsA(name);
-        }
-    } d;
-    const ObjectBase& o = d;
+    const ObjectBase o;
     EXPECT_STREQ(ObjectBase::TypeName(), "ObjectBase");
     EXPECT_TRUE(o.IsA("ObjectBase"));
-    EXPECT_TRUE(o.IsA("Derived"));
     EXPECT_FALSE(o.IsA("Other"));
 }
 
@@ -67,17 +39,14 @@ TEST(AutoArrTest, OwnershipTransfersAndResetFreesOnlyOnChange)
     a[0] = 'x';
     AutoArr<char> b(a); // transfer
     EXPECT_TRUE(!a);
-    EXPECT_EQ(b.GetArrp(), raw);
-    AutoArr<char>& same = b;
-    b = same;
-    EXPECT_EQ(static_cast<char*>(b), raw);
+    b = static_cast<AutoArr<char>&>(b);
     b.Reset(raw); // same pointer: nothing freed
     EXPECT_EQ(b[0], 'x');
     a = b;
     EXPECT_TRUE(!b);
-    char* released = a.Release();
+    EXPECT_EQ(static_cast<char*>(a), raw);
+    delete[] a.Release();
     EXPECT_TRUE(!a);
-    delete[] released;
     a = new char[2];
     EXPECT_FALSE(!a);
 }
