@@ -18,7 +18,6 @@ using Model = std::deque<intptr_t>;
 // Elements are small integers; 0 stands for "none".
 void* P(intptr_t v) { return reinterpret_cast<void*>(v); }
 intptr_t V(const void* p) { return reinterpret_cast<intptr_t>(p); }
-int equal_value(const void* data, const void* key) { return data == key ? 0 : 1; }
 
 struct Node : DLink {
     static int live;
@@ -27,13 +26,23 @@ struct Node : DLink {
     ~Node() override { --live; }
 };
 int Node::live = 0;
-intptr_t value_of(const DLink* l) { return l != nullptr ? static_cast<const Node*>(l)->v : 0; }
-intptr_t value_of(const slink_t* l) { return V(l->data); }
-intptr_t value_of(const DPLink* l) { return l != nullptr ? V(l->data) : 0; }
-int node_is(const DLink* l, const void* key) { return value_of(l) == V(key) ? 0 : 1; }
+
+// The value of a link or an element, and the match callbacks of each kind of list.
+intptr_t Val(const DLink* l) { return l != nullptr ? static_cast<const Node*>(l)->v : 0; }
+intptr_t Val(const DPLink* l) { return l != nullptr ? V(l->data) : 0; }
+intptr_t Val(const slink_t* l) { return V(l->data); }
+intptr_t Val(const void* d) { return V(d); }
+int Is(const void* data, const void* key) { return data != key; }
+int Is(const DLink* l, const void* key) { return Val(l) != V(key); }
+
+long disposed;
+void Dispose(void*) { ++disposed; }
+void Dispose(DLink* l) { ++disposed, delete l; }
+void Collect(void* data, void* out) { static_cast<Model*>(out)->push_back(V(data)); }
+void Collect(DLink* l, void* out) { static_cast<Model*>(out)->push_back(Val(l)); }
 
 // The ring behind last closes at last after exactly the model's size; prev mirrors next.
-template <class Link> void expect_ring(const Link* last, const Model& model)
+template <class Link> void ExpectRing(const Link* last, const Model& model)
 {
     ASSERT_EQ(last == nullptr, model.empty());
     const Link* p = last;
@@ -43,114 +52,90 @@ template <class Link> void expect_ring(const Link* last, const Model& model)
             ASSERT_EQ(next->prev, p) << "at " << i;
         }
         p = next;
-        ASSERT_EQ(value_of(p), model[i]) << "at " << i;
+        ASSERT_EQ(Val(p), model[i]) << "at " << i;
         ASSERT_EQ(p == last, i + 1 == model.size()) << "at " << i;
     }
 }
 
-long disposed;
-void count_disposal(void*) { ++disposed; }
-void collect(void* data, void* out) { static_cast<Model*>(out)->push_back(V(data)); }
-
-// Each list behind one face for the driver. Check also walks with Loop and copies the pointer lists.
+// Each list behind one face for the driver; Check also walks with Loop and copies the pointer lists.
 struct SlistSide {
     slist_t list;
     void Clear() { list.clear(); }
     void Append(intptr_t x) { EXPECT_EQ(list.append(P(x))->data, P(x)); }
     void Insert(intptr_t x) { list.insert(P(x)); }
     intptr_t RemoveFirst() { return V(list.removeTop()); }
-    intptr_t Remove(intptr_t x) { return V(list.remove(equal_value, P(x))); }
-    void RemoveLoop(intptr_t x) { list.removeLoop(equal_value, P(x), count_disposal); }
-    intptr_t Replace(intptr_t x, intptr_t y) { return V(list.Replace(equal_value, P(x), P(y))); }
+    intptr_t Remove(intptr_t x) { return V(list.remove(Is, P(x))); }
+    void RemoveLoop(intptr_t x) { list.removeLoop(Is, P(x), Dispose); }
+    intptr_t Replace(intptr_t x, intptr_t y) { return V(list.Replace(Is, P(x), P(y))); }
     void Check(const Model& model)
     {
         Model seen;
-        list.loop(collect, &seen);
+        list.loop(Collect, &seen);
         EXPECT_EQ(seen, model);
         list = slist_t(list);
         const slist_t& self = list;
         list = self;
-        expect_ring(list.last, model);
+        ExpectRing(list.last, model);
     }
 };
 
-struct DListSide {
-    DList list;
-    DListIterator it{list};
-    void Clear() { list.Clear(); }
-    static intptr_t Take(DLink* l) // taken links have their pointers cleared
-    {
-        EXPECT_TRUE(l == nullptr || (l->next == nullptr && l->prev == nullptr));
-        const intptr_t v = value_of(l);
-        delete l;
-        return v;
-    }
-    void Append(intptr_t x) { list.Append(new Node(x)); }
-    void Insert(intptr_t x) { list.Insert(new Node(x)); }
-    intptr_t RemoveFirst() { return Take(list.RemoveFirst()); }
-    intptr_t Remove(intptr_t x) { return Take(list.Remove(node_is, P(x))); }
-    void RemoveLoop(intptr_t x)
-    {
-        const int before = Node::live;
-        list.RemoveLoop(node_is, P(x));
-        disposed = before - Node::live;
-    }
-    void ItInsert(intptr_t x) { it.Insert(new Node(x)); }
-    void ItAppend(intptr_t x) { it.Append(new Node(x)); }
-    intptr_t ItRemove() { return Take(it.Remove()); }
-    intptr_t ItNext() { return value_of(it()); }
-    intptr_t Current() { return value_of(it.Current()); }
-    void Check(const Model& model)
-    {
-        Model seen;
-        list.Loop([](DLink* l, void* out) { static_cast<Model*>(out)->push_back(value_of(l)); }, &seen);
-        EXPECT_EQ(seen, model);
-        expect_ring(list.Last(), model);
-    }
-};
+// DList and DPList: In makes an element, Out takes a removed one (freeing a node).
+DLink* In(DList*, intptr_t x) { return new Node(x); }
+void* In(DPList*, intptr_t x) { return P(x); }
+intptr_t Out(void* d) { return V(d); }
+intptr_t Out(DLink* l) // taken links have their pointers cleared
+{
+    EXPECT_TRUE(l == nullptr || (l->next == nullptr && l->prev == nullptr));
+    const intptr_t v = Val(l);
+    delete l;
+    return v;
+}
 
-struct DPListSide {
-    DPList list;
-    DPListIterator it{list};
+template <class L, class It> struct DSide {
+    L list;
+    It it{list};
     void Clear() { list.Clear(); }
-    void Append(intptr_t x) { EXPECT_EQ(list.Append(P(x))->data, P(x)); }
-    void Insert(intptr_t x) { list.Insert(P(x)); }
-    intptr_t RemoveFirst() { return V(list.RemoveFirst()); }
-    intptr_t Remove(intptr_t x) { return V(list.Remove(equal_value, P(x))); }
-    void RemoveLoop(intptr_t x) { list.RemoveLoop(equal_value, P(x), count_disposal); }
-    intptr_t Replace(intptr_t x, intptr_t y) { return V(list.Replace(equal_value, P(x), P(y))); }
-    void ItInsert(intptr_t x) { it.Insert(P(x)); }
-    void ItAppend(intptr_t x) { it.Append(P(x)); }
-    intptr_t ItRemove() { return V(it.Remove()); }
-    intptr_t ItNext() { return V(it()); }
-    intptr_t Current() { return value_of(it.Current()); }
+    void Append(intptr_t x) { list.Append(In(&list, x)); }
+    void Insert(intptr_t x) { list.Insert(In(&list, x)); }
+    intptr_t RemoveFirst() { return Out(list.RemoveFirst()); }
+    intptr_t Remove(intptr_t x) { return Out(list.Remove(Is, P(x))); }
+    void RemoveLoop(intptr_t x) { list.RemoveLoop(Is, P(x), Dispose); }
+    intptr_t Replace(intptr_t x, intptr_t y) { return V(list.Replace(Is, P(x), P(y))); }
+    void ItInsert(intptr_t x) { it.Insert(In(&list, x)); }
+    void ItAppend(intptr_t x) { it.Append(In(&list, x)); }
+    intptr_t ItRemove() { return Out(it.Remove()); }
+    intptr_t ItNext() { return Val(it()); }
     void Check(const Model& model)
     {
         Model seen;
-        list.Loop(collect, &seen);
+        list.Loop(Collect, &seen);
         EXPECT_EQ(seen, model);
-        expect_ring(list.Last(), model);
-        DPList copy(list); // not list itself: that would free the iterator's link
-        const DPList& self = copy;
-        copy = self;
-        expect_ring(copy.Last(), model);
+        ExpectRing(list.Last(), model);
+        ASSERT_EQ(Val(it.Current()), pos < model.size() ? model[pos] : 0);
+        if constexpr (std::is_same_v<L, DPList>) {
+            DPList copy(list); // not list itself: that would free the iterator's link
+            const DPList& self = copy;
+            copy = self;
+            ExpectRing(copy.Last(), model);
+        }
     }
+    std::size_t pos = 0; // the iterator's index into the model; model.size() at the end
 };
 
 } // namespace
 
 template <class Side> class ListTest : public ::testing::Test {};
-using Sides = ::testing::Types<SlistSide, DListSide, DPListSide>;
+using Sides = ::testing::Types<SlistSide, DSide<DList, DListIterator>, DSide<DPList, DPListIterator>>;
 TYPED_TEST_SUITE(ListTest, Sides);
 
 TYPED_TEST(ListTest, RandomOperationsMatchModel)
 {
-    // slist_t has no iterator: its own operations take the iterator's cases.
+    // slist_t has no iterator: its own operations take the iterator's cases, and it stays at the end.
     constexpr bool iterates = !std::is_same_v<TypeParam, SlistSide>;
     std::mt19937 rng(5);
     TypeParam side;
     Model model;
-    std::size_t pos = 0; // the iterator's index into the model; model.size() at the end (always for slist_t)
+    std::size_t pos = 0;
     for (int step = 0; step < 4000; ++step) {
         SCOPED_TRACE(step);
         const intptr_t x = rng() % 8 + 1;
@@ -160,15 +145,8 @@ TYPED_TEST(ListTest, RandomOperationsMatchModel)
         const bool own = pos < model.size() && model[pos] == x;
         bool was_end = pos == model.size();
         switch (rng() % 11) {
-        case 0:
-            side.Append(x);
-            model.push_back(x);
-            break;
-        case 1:
-            side.Insert(x);
-            model.push_front(x);
-            ++pos;
-            break;
+        case 0: side.Append(x), model.push_back(x); break;
+        case 1: side.Insert(x), model.push_front(x), ++pos; break;
         case 2:
             if (pos != 0 || model.empty()) {
                 EXPECT_EQ(side.RemoveFirst(), model.empty() ? 0 : model.front());
@@ -179,10 +157,8 @@ TYPED_TEST(ListTest, RandomOperationsMatchModel)
         case 3:
             if (!own) {
                 EXPECT_EQ(side.Remove(x), hit);
-                if (hit) {
-                    pos -= static_cast<std::size_t>(found - model.begin()) < pos;
-                    model.erase(found);
-                }
+                if (hit)
+                    pos -= static_cast<std::size_t>(found - model.begin()) < pos, model.erase(found);
             }
             break;
         case 4:
@@ -195,7 +171,7 @@ TYPED_TEST(ListTest, RandomOperationsMatchModel)
             }
             break;
         case 5:
-            if constexpr (!std::is_same_v<TypeParam, DListSide>) {
+            if constexpr (!std::is_same_v<TypeParam, DSide<DList, DListIterator>>) {
                 EXPECT_EQ(side.Replace(x, x + 8), hit);
                 if (hit)
                     *found = x + 8;
@@ -218,10 +194,8 @@ TYPED_TEST(ListTest, RandomOperationsMatchModel)
             } else { // splice another list at either end; splicing a list into itself changes nothing
                 slist_t other;
                 Model more;
-                for (intptr_t i = rng() % 4; i > 0; --i) {
-                    other.append(P(x + i));
-                    more.push_back(x + i);
-                }
+                for (intptr_t i = rng() % 4; i > 0; --i)
+                    other.append(P(x + i)), more.push_back(x + i);
                 const bool at_end = rng() % 2;
                 at_end ? side.list.append(other) : side.list.insert(other);
                 model.insert(at_end ? model.end() : model.begin(), more.begin(), more.end());
@@ -236,7 +210,7 @@ TYPED_TEST(ListTest, RandomOperationsMatchModel)
                 if (!was_end)
                     model.erase(model.begin() + pos);
             } else {
-                side.list.Uniq(equal_value);
+                side.list.Uniq(Is);
                 model.erase(std::unique(model.begin(), model.end()), model.end());
             }
             break;
@@ -250,24 +224,17 @@ TYPED_TEST(ListTest, RandomOperationsMatchModel)
             }
             break;
         default:
-            if constexpr (iterates) {
-                side.it.Reset();
-                pos = 0;
-                was_end = false;
-            }
-            break;
+            if constexpr (iterates)
+                side.it.Reset(), pos = 0, was_end = false;
         }
         if (was_end) // an iterator at the end stays there whatever is added or removed
             pos = model.size();
+        if constexpr (iterates)
+            side.pos = pos;
         ASSERT_NO_FATAL_FAILURE(side.Check(model));
-        if constexpr (iterates) {
-            ASSERT_EQ(side.Current(), pos < model.size() ? model[pos] : 0);
-        }
         ASSERT_EQ(side.list.Len(), static_cast<int>(model.size()));
         if (model.size() > 50) {
-            side.Clear();
-            model.clear();
-            pos = 0;
+            side.Clear(), model.clear(), pos = 0;
             if constexpr (iterates)
                 side.it.Reset();
         }
@@ -280,15 +247,12 @@ TEST(ListTest, RemoveLastLeavesTheOtherLinksOut)
 {
     Node a(1), b(2), c(3);
     DList list;
+    EXPECT_EQ(list.RemoveLast(), nullptr);
     for (Node* n : {&a, &b, &c})
         list.Append(n);
     EXPECT_EQ(list.RemoveLast(), &c);
-    EXPECT_EQ(list.Last(), nullptr);
-    EXPECT_EQ(a.next, &b); // not unlinked
-    EXPECT_EQ(list.RemoveLast(), nullptr);
-
+    EXPECT_TRUE(list.Last() == nullptr && a.next == &b); // not unlinked
     DPList plist;
-    EXPECT_EQ(plist.RemoveLast(), nullptr);
     for (intptr_t v : {1, 2, 3})
         plist.Append(P(v));
     EXPECT_EQ(V(plist.RemoveLast()), 3);
@@ -302,7 +266,7 @@ TEST(ListTest, SlistUniqComparesWithThePredecessorAsTheListStood)
     for (intptr_t v : {1, 2, 3, 4, 6})
         list.append(P(v));
     disposed = 0;
-    list.Uniq([](const void* a, const void* b) { return std::abs(V(a) - V(b)) <= 1 ? 0 : 1; }, count_disposal);
+    list.Uniq([](const void* a, const void* b) { return std::abs(V(a) - V(b)) <= 1 ? 0 : 1; }, Dispose);
     EXPECT_EQ(disposed, 3);
-    expect_ring(list.last, {1, 6});
+    ExpectRing(list.last, {1, 6});
 }

@@ -9,7 +9,6 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <deque>
 #include <random>
 #include <string>
@@ -18,8 +17,9 @@
 namespace {
 
 using Strings = std::vector<std::string>;
+using List = TOList<String_t>;
 
-Strings contents(const TOList<String_t>& list)
+Strings Contents(const List& list)
 {
     Strings out;
     for (TOListIterator<String_t> it(list); const String_t* s = it();)
@@ -27,28 +27,15 @@ Strings contents(const TOList<String_t>& list)
     return out;
 }
 
-TOList<String_t> list_of(const Strings& items)
+List ListOf(const Strings& items)
 {
-    TOList<String_t> list;
+    List list;
     for (const std::string& s : items)
-        list.Append(String_t(s.c_str()));
+        list.Append(s.c_str());
     return list;
 }
 
-// Fields of s cut at every ',' and ';', as Split promises them.
-Strings reference_fields(const std::string& s)
-{
-    Strings out(1);
-    for (char c : s) {
-        if (c == ',' || c == ';')
-            out.emplace_back();
-        else
-            out.back() += c;
-    }
-    return out;
-}
-
-Strings splitter_fields(const char* s, const char* seps, const char* trim)
+Strings Fields(const char* s, const char* seps, const char* trim)
 {
     Strings out;
     for (StringSplitter f(s, seps, trim); f.Valid(); f.Next())
@@ -56,22 +43,25 @@ Strings splitter_fields(const char* s, const char* seps, const char* trim)
     return out;
 }
 
+int Icmp(const std::string& x, const std::string& y) { return strcasecmp(x.c_str(), y.c_str()); }
+
 } // namespace
 
+// Case-insensitive comparison makes "a" and "A" equal yet distinguishable: sort stability and which
+// member of a run Uniq keeps are visible.
 TEST(TOListTest, RandomOperationsMatchModel)
 {
-    // Case-insensitive comparison makes "a" and "A" equal yet distinguishable: sort stability and
-    // which member of a run Uniq keeps are visible.
     const char* const words[] = {"a", "A", "b", "B", "", "c"};
+    const auto cmp = StrListCaseCmp;
     std::mt19937 rng(17);
-    TOList<String_t> list;
+    List list;
     std::deque<std::string> model;
-    auto same = [](const std::string& x, const std::string& y) { return strcasecmp(x.c_str(), y.c_str()) == 0; };
     for (int step = 0; step < 3000; ++step) {
         SCOPED_TRACE(step);
         const std::string w = words[rng() % 6];
         const String_t key(w.c_str());
-        const auto found = std::find_if(model.begin(), model.end(), [&](const std::string& m) { return same(m, w); });
+        auto same = [&w](const std::string& m) { return Icmp(m, w) == 0; };
+        const auto found = std::find_if(model.begin(), model.end(), same);
         const bool hit = found != model.end(), at_end = rng() % 2;
         auto add = [&] { at_end ? model.push_back(w) : model.push_front(w); };
         switch (rng() % 10) {
@@ -85,60 +75,46 @@ TEST(TOListTest, RandomOperationsMatchModel)
                 at_end ? model.pop_back() : model.pop_front();
             }
             break;
-        case 2: {
-            const String_t* got = at_end ? list.FindOrAppend(key, StrListCaseCmp) : list.FindOrInsert(key, StrListCaseCmp);
-            EXPECT_EQ(*got, hit ? found->c_str() : w.c_str());
-            if (!hit)
-                add();
+        case 2:
+            EXPECT_EQ(*(at_end ? list.FindOrAppend(key, cmp) : list.FindOrInsert(key, cmp)), (hit ? *found : w).c_str());
+            hit ? void() : add();
             break;
-        }
-        case 3: {
-            const String_t* got =
-                at_end ? list.ReplaceOrAppend(key, StrListCaseCmp) : list.ReplaceOrInsert(key, StrListCaseCmp);
-            EXPECT_EQ(*got, key);
+        case 3:
+            EXPECT_EQ(*(at_end ? list.ReplaceOrAppend(key, cmp) : list.ReplaceOrInsert(key, cmp)), key);
             hit ? void(*found = w) : add();
             break;
-        }
         case 4:
-            EXPECT_EQ(list.Remove(StrListCaseCmp, &key), hit ? 1 : 0);
-            if (hit)
-                model.erase(found);
+            EXPECT_EQ(list.Remove(cmp, &key), hit ? 1 : 0);
+            hit ? void(model.erase(found)) : void();
             break;
         case 5:
-            list.RemoveLoop(StrListCaseCmp, &key);
-            model.erase(std::remove_if(model.begin(), model.end(), [&](const std::string& m) { return same(m, w); }),
-                        model.end());
+            list.RemoveLoop(cmp, &key);
+            model.erase(std::remove_if(model.begin(), model.end(), same), model.end());
             break;
         case 6:
-            list.Sort(StrListCaseCmp);
-            std::stable_sort(model.begin(), model.end(),
-                             [](const std::string& x, const std::string& y) { return strcasecmp(x.c_str(), y.c_str()) < 0; });
+            list.Sort(cmp);
+            std::stable_sort(model.begin(), model.end(), [](auto& x, auto& y) { return Icmp(x, y) < 0; });
             break;
         case 7:
-            list.Uniq(StrListCaseCmp);
-            model.erase(std::unique(model.begin(), model.end(), same), model.end());
+            list.Uniq(cmp);
+            model.erase(std::unique(model.begin(), model.end(), [](auto& x, auto& y) { return !Icmp(x, y); }),
+                        model.end());
             break;
         case 8: { // into itself, or into another list (this one unchanged) that is then assigned back
-            TOList<String_t> out = list_of({"stale"});
-            TOList<String_t>& target = at_end ? list : out;
+            List out = ListOf({"stale"}), &target = at_end ? list : out;
             EXPECT_EQ(&list.Reverse(target), &target);
-            if (!at_end) {
-                EXPECT_EQ(contents(list), Strings(model.begin(), model.end()));
-            }
+            EXPECT_TRUE(at_end || Contents(list) == Strings(model.begin(), model.end()));
             std::reverse(model.begin(), model.end());
             list = target;
             break;
         }
-        default: {
+        default:
             const int i = static_cast<int>(rng() % (model.size() + 2)) - 1;
-            const String_t* at = list[i];
-            const String_t* got = list.Find(StrListCaseCmp, &key);
-            EXPECT_EQ(at != nullptr ? at->Text() : "-", i >= 0 && i < static_cast<int>(model.size()) ? model[i] : "-");
-            EXPECT_EQ(got != nullptr ? got->Text() : "-", hit ? *found : "-");
-            break;
+            const String_t *at = list[i], *got = list.Find(cmp, &key);
+            EXPECT_EQ(at ? at->Text() : "-", i >= 0 && i < int(model.size()) ? model[i] : "-");
+            EXPECT_EQ(got ? got->Text() : "-", hit ? *found : "-");
         }
-        }
-        ASSERT_EQ(contents(list), Strings(model.begin(), model.end())); // from the first to the last link
+        ASSERT_EQ(Contents(list), Strings(model.begin(), model.end())); // from the first to the last link
         ASSERT_EQ(list.Len(), static_cast<int>(model.size()));           // around the ring back to the last
         ASSERT_EQ(list.Last() == nullptr, model.empty());
         if (model.size() > 40)
@@ -146,68 +122,48 @@ TEST(TOListTest, RandomOperationsMatchModel)
     }
 }
 
-TEST(TOListTest, UniqLoopAndRemoveLoop)
+TEST(TOListTest, UniqComparesWithThePredecessorAndLoopMayRemove)
 {
     // With a comparison that is not transitive the predecessor counts, not the last element kept.
-    TOList<String_t> steps = list_of({"a", "b", "c", "d", "f"});
-    steps.Uniq([](const TOLink<String_t>* l, const String_t* prev) {
+    List list = ListOf({"a", "b", "c", "d", "f"});
+    list.Uniq([](const TOLink<String_t>* l, const String_t* prev) {
         return std::abs(l->contents.Text()[0] - prev->Text()[0]) <= 1 ? 0 : 1;
     });
-    EXPECT_EQ(contents(steps), (Strings{"a", "f"}));
-
-    TOList<String_t> runs = list_of({"x", "y", "x"});
-    struct IsX : olist_cmpo_t {
-        int operator()(const olink_t* l) const override
-        {
-            return static_cast<const TOLink<String_t>*>(l)->contents == "x" ? 0 : 1;
-        }
-    } is_x;
-    runs.RemoveLoop(is_x);
-    EXPECT_EQ(contents(runs), (Strings{"y"}));
-    // Loop may hand out links that remove themselves.
-    runs.Append("z");
-    runs.Loop(+[](TOLink<String_t>* link, TOList<String_t>* list) {
-        list->Remove(+[](const TOLink<String_t>* l, const TOLink<String_t>* me) { return l == me ? 0 : 1; }, link);
-    }, &runs);
-    EXPECT_EQ(runs.First(), nullptr);
+    EXPECT_EQ(Contents(list), (Strings{"a", "f"}));
+    list.Loop(+[](TOLink<String_t>* link, List* l) { // links that remove themselves
+        l->Remove(+[](const TOLink<String_t>* x, const TOLink<String_t>* me) { return x == me ? 0 : 1; }, link);
+    }, &list);
+    EXPECT_EQ(list.First(), nullptr);
 }
 
+// operator() stops at the last link as it was at binding or Reset; operator++ goes on until the ring
+// wraps.
 TEST(TOListTest, IteratorEnds)
 {
-    // operator() stops at the last link as it was at binding or Reset; operator++ goes on until the
-    // ring wraps.
-    TOList<String_t> list = list_of({"a", "b"});
-    TOListIterator<String_t> call(list), step(list);
+    List list = ListOf({"a", "b"}), empty;
+    TOListIterator<String_t> call(list), step(list), none(empty);
     list.Append("c");
-    auto called = [&call] {
-        Strings out;
-        while (String_t* s = call())
-            out.push_back(s->Text());
-        return out;
-    };
-    EXPECT_EQ(called(), (Strings{"a", "b"}));
-    Strings stepped;
+    Strings called, stepped;
+    while (String_t* s = call())
+        called.push_back(s->Text());
     for (; step; ++step)
         stepped.push_back(step->Text());
+    EXPECT_EQ(called, (Strings{"a", "b"}));
     EXPECT_EQ(stepped, (Strings{"a", "b", "c"}));
     call.Reset();
-    EXPECT_EQ(called(), (Strings{"a", "b", "c"}));
-
-    TOList<String_t> empty;
-    TOListIterator<String_t> none(empty);
-    EXPECT_EQ(none(), nullptr);
-    EXPECT_FALSE(none);
+    EXPECT_TRUE(call() && call() && call() && !call());
+    EXPECT_TRUE(none() == nullptr && !none);
 }
 
 TEST(TOListDeathTest, PopAndGetOnEmptyList)
 {
-    TOList<String_t> list;
+    List list;
     const std::string file = "include/generic/tolist";
     EXPECT_DEATH(list.Pop(), testutil::AssertionPattern(file, "T TOList<T>::Pop() [with T = String_t]", "p != 0"));
     EXPECT_DEATH(list.Get(), testutil::AssertionPattern(file, "T TOList<T>::Get() [with T = String_t]", "p != 0"));
 }
 
-// Split against the reference fields, Concat putting them back together; StringTok gives the non-empty
+// Split cuts at every separator, Concat puts the fields back together; StringTok gives the non-empty
 // fields and StringSplitter all but an empty last one.
 TEST(StrListTest, SplitAndTokenizersAgreeWithAReference)
 {
@@ -217,72 +173,58 @@ TEST(StrListTest, SplitAndTokenizersAgreeWithAReference)
         for (char& c : s)
             c = "ab,;"[rng() % 4];
         SCOPED_TRACE(s);
-        Strings fields = reference_fields(s);
-        TOList<String_t> list = list_of({"kept"});
+        Strings fields(1), tokens, got;
+        for (char c : s)
+            c == ',' || c == ';' ? void(fields.emplace_back()) : void(fields.back() += c);
+        List list = ListOf({"kept"});
         EXPECT_EQ(Split(s.c_str(), list, ",;"), static_cast<int>(fields.size()));
         EXPECT_EQ(list.Pop(), "kept");
-        EXPECT_EQ(contents(list), fields);
+        EXPECT_EQ(Contents(list), fields);
         EXPECT_FALSE(list.First()->contents.IsNull());
-        std::string joined = s;
-        std::replace(joined.begin(), joined.end(), ';', ',');
-        EXPECT_EQ(Concat(list, ','), joined.c_str());
-
-        Strings tokens;
-        std::copy_if(fields.begin(), fields.end(), std::back_inserter(tokens), [](const std::string& f) { return !f.empty(); });
+        std::replace(s.begin(), s.end(), ';', ',');
+        EXPECT_EQ(Concat(list, ','), s.c_str());
+        std::copy_if(fields.begin(), fields.end(), std::back_inserter(tokens), [](auto& f) { return !f.empty(); });
         StringTok tok(s.c_str());
-        Strings got;
         while (const char* t = tok(",;"))
             got.push_back(t);
         EXPECT_EQ(got, tokens);
         if (fields.back().empty())
             fields.pop_back();
-        EXPECT_EQ(splitter_fields(s.c_str(), ",;", ""), fields);
+        EXPECT_EQ(Fields(s.c_str(), ",;", ""), fields);
     }
-    TOList<String_t> list;
+    List list;
     EXPECT_EQ(Split(nullptr, list, ","), 0);
     EXPECT_EQ(Split("a b", list, nullptr), 1); // no separators: one field
-    EXPECT_FALSE(Concat(TOList<String_t>(), '/').IsNull());
+    EXPECT_FALSE(Concat(List(), '/').IsNull());
     EXPECT_EQ(Concat(String_t("a"), String_t("b"), ", "), "a, b");
     EXPECT_FALSE(Concat(String_t(), String_t(), nullptr).IsNull());
-}
-
-TEST(StrListTest, Comparators)
-{
     const TOLink<String_t> abc{String_t("abc")}, none{String_t()};
-    const String_t abd("ABD"), empty("");
-    EXPECT_GT(StrListCmp(&abc, &abd), 0);
-    EXPECT_EQ(StrListCaseCmp(&abc, &abd), 'C' - 'D');
-    EXPECT_LT(StrListCmp(&none, &empty), 0); // null data orders before ""
-    EXPECT_LT(StrListCaseCmp(&none, &empty), 0);
+    const String_t abd("ABD"), blank("");
+    EXPECT_TRUE(StrListCmp(&abc, &abd) > 0 && StrListCaseCmp(&abc, &abd) == 'C' - 'D');
+    EXPECT_TRUE(StrListCmp(&none, &blank) < 0 && StrListCaseCmp(&none, &blank) < 0); // null before ""
 }
 
 TEST(StringTokTest, SeparatorsAndCopies)
 {
-    struct Row {
+    const struct {
         const char* s;
-        std::vector<const char*> seps; // one call each
-        std::vector<const char*> tokens;
+        std::vector<const char*> seps, tokens; // one call each
         std::vector<char> separators;
-    };
-    const Row rows[] = {
-        {"  a  b ", {" ", " ", " "}, {"a", "b", nullptr}, {' ', ' ', ' '}},
+    } rows[] = {
         {"a,b c", {",", " ", " "}, {"a", "b", "c"}, {',', ' ', 0}}, // separators change from call to call
         {nullptr, {","}, {nullptr}, {0}},
         {"a b", {nullptr, nullptr}, {"a b", nullptr}, {0, 0}},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.s != nullptr ? row.s : "(null)");
+    for (const auto& row : rows) {
         StringTok tok(row.s);
         for (std::size_t i = 0; i < row.seps.size(); ++i) {
             EXPECT_STREQ(tok(row.seps[i]), row.tokens[i]) << i;
             EXPECT_EQ(tok.Separator(), row.separators[i]) << i;
         }
     }
-
-    // A copy goes on from where the original stands and cuts its own text.
     StringTok tok("one two three");
     EXPECT_STREQ(tok(" "), "one");
-    StringTok copy(tok);
+    StringTok copy(tok); // goes on from where the original stands, in its own text
     EXPECT_STREQ(tok(" "), "two");
     EXPECT_STREQ(copy(" "), "two");
     tok = "x y";
@@ -293,32 +235,24 @@ TEST(StringTokTest, SeparatorsAndCopies)
 
 TEST(StringSplitterTest, TrimmedFieldsAndCopies)
 {
-    struct Row {
-        const char* s;
-        const char* seps;
-        const char* trim;
+    const struct {
+        const char *s, *seps, *trim;
         Strings fields;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {nullptr, ",", "", {}},
         {"a,b", nullptr, nullptr, {"a,b"}},
-        {" x , y ", ",", " ", {"x", "y"}},   // trimmed; inner blanks stay
-        {" a b ,c", ",", " ", {"a b", "c"}},
-        {"a, ,b", ",", " ", {"a", "", "b"}}, // a blank field trims to empty
+        {" a b , y ", ",", " ", {"a b", "y"}}, // trimmed; inner blanks stay
+        {"a, ,b", ",", " ", {"a", "", "b"}},    // a blank field trims to empty
         {" , y", ",", " ", {"", "y"}},
-        {"a,  ", ",", " ", {"a"}},           // trim set up to the end: no field
+        {"a,  ", ",", " ", {"a"}}, // trim set up to the end: no field
         {"-+a+-:b", ":", "+-", {"a", "b"}},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.s != nullptr ? row.s : "(null)");
-        EXPECT_EQ(splitter_fields(row.s, row.seps, row.trim), row.fields);
-    }
-
+    for (const auto& row : rows)
+        EXPECT_EQ(Fields(row.s, row.seps, row.trim), row.fields) << (row.s ? row.s : "(null)");
     StringSplitter f("a,b,c", ",", "");
     StringSplitter copy(f);
     f.Next();
-    EXPECT_STREQ(f.Field(), "b");
-    EXPECT_STREQ(copy.Field(), "a");
+    EXPECT_TRUE(!strcmp(f.Field(), "b") && !strcmp(copy.Field(), "a"));
     copy = f;
     copy.Next();
     EXPECT_STREQ(copy.Field(), "c");
@@ -326,7 +260,6 @@ TEST(StringSplitterTest, TrimmedFieldsAndCopies)
     copy.Next(); // stays at the end
     EXPECT_EQ(copy.Field(), nullptr);
     f.Bind(" p , q ");
-    EXPECT_STREQ(f.Field(), " p ");
     f.Bind(f.Field()); // from its own text
     EXPECT_STREQ(f.Field(), " p ");
 }
