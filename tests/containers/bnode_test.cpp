@@ -3,43 +3,34 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <random>
 #include <set>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace {
 
+using Ints = std::vector<int>;
 typedef bnode_t::Iterator It;
 
 struct INode : bnode_t {
     static int live;
-    static int dups_left; // Dup throws when this reaches 0 (negative: never)
     int key;
-
     explicit INode(int k) : key(k) { ++live; }
     INode(const INode& o) : bnode_t(o), key(o.key) { ++live; }
     ~INode() override { --live; }
-    bnode_t* Dup() const override
-    {
-        if (dups_left >= 0 && dups_left-- == 0)
-            throw std::runtime_error("dup");
-        return new INode(*this);
-    }
+    bnode_t* Dup() const override { return new INode(*this); }
 };
 int INode::live = 0;
-int INode::dups_left = -1;
 
 int Key(const bnode_t* n) { return static_cast<const INode*>(n)->key; }
 int Cmp(const bnode_t* n, const void* key) { return Key(n) - *static_cast<const int*>(key); }
 bnode_t* Create(void* arg) { return new INode(*static_cast<int*>(arg)); }
 void Found(bnode_t* n, void* arg) { *static_cast<int*>(arg) = Key(n); }
 int Ascending(bnode_t* const* a, bnode_t* const* b) { return Key(*a) - Key(*b); }
-int Descending(bnode_t* const* a, bnode_t* const* b) { return Key(*b) - Key(*a); }
+void Depth(bnode_t* n, int depth, void* arg) { static_cast<Ints*>(arg)->push_back(100 * depth + Key(n)); }
 
-bnode_t* Build(const std::vector<int>& keys)
+bnode_t* Build(const Ints& keys)
 {
     bnode_t* t = nullptr;
     for (int k : keys)
@@ -57,17 +48,31 @@ std::string Shape(const bnode_t* n, const bnode_t* parent = nullptr)
     return n->left || n->right ? k + "(" + Shape(n->left, n) + "," + Shape(n->right, n) + ")" : k;
 }
 
-int Height(const bnode_t* n) { return n == nullptr ? 0 : 1 + std::max(Height(n->left), Height(n->right)); }
-
-struct Visits {
-    std::vector<int> keys;
-    size_t stop_at = 0; // the visit that returns non-zero, counted from 1 (0: none)
-};
-int Record(bnode_t* n, void* arg)
+// What the walks of the subtree at n visit, by recursion: o[0] pre-order, o[1] in-order, o[2] post-order.
+void Orders(const bnode_t* n, Ints* o)
 {
-    Visits* v = static_cast<Visits*>(arg);
-    v->keys.push_back(Key(n));
-    return v->keys.size() == v->stop_at ? 7 : 0;
+    if (n != nullptr) {
+        o[0].push_back(Key(n));
+        Orders(n->left, o);
+        o[1].push_back(Key(n));
+        Orders(n->right, o);
+        o[2].push_back(Key(n));
+    }
+}
+
+// Runs walk(visit, &seen) with the stop-th visit (counted from 1; 0: none) returning non-zero, and
+// checks what it saw against the whole order want.
+template <class Walk> void ExpectWalk(Walk walk, size_t stop, Ints want)
+{
+    static Ints seen;
+    static size_t stop_at;
+    seen.clear(), stop_at = stop;
+    const int r = walk([](bnode_t* n, void*) { return seen.push_back(Key(n)), seen.size() == stop_at ? 7 : 0; });
+    const bool stops = stop != 0 && stop <= want.size();
+    if (stops)
+        want.resize(stop);
+    EXPECT_EQ(r, stops ? 7 : 0);
+    EXPECT_EQ(seen, want);
 }
 
 class BnodeTest : public ::testing::Test {
@@ -85,7 +90,7 @@ TEST_F(BnodeTest, DeleteFollowsTheReplacementRule)
 {
     const struct {
         const char* name;
-        std::vector<int> keys;
+        Ints keys;
         int del;
         const char* shape;
     } rows[] = {
@@ -96,39 +101,11 @@ TEST_F(BnodeTest, DeleteFollowsTheReplacementRule)
         {"only node", {5}, 5, "-"},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
         t = bnode_t::Delete(Build(row.keys), Cmp, &row.del);
-        EXPECT_EQ(Shape(t), row.shape);
-        EXPECT_EQ(INode::live, t != nullptr ? t->Size() : 0); // the removed node was destroyed
-        if (t != nullptr)
-            t = t->DeleteTree();
+        EXPECT_EQ(Shape(t), row.shape) << row.name;
+        EXPECT_EQ(INode::live, t != nullptr ? t->Size() : 0) << row.name; // the removed node was destroyed
+        t = t != nullptr ? t->DeleteTree() : nullptr;
     }
-}
-
-// What the walks of the subtree at n visit, by recursion: o[0] pre-order, o[1] in-order, o[2] post-order.
-void Orders(const bnode_t* n, std::vector<int>* o)
-{
-    if (n != nullptr) {
-        o[0].push_back(Key(n));
-        Orders(n->left, o);
-        o[1].push_back(Key(n));
-        Orders(n->right, o);
-        o[2].push_back(Key(n));
-    }
-}
-
-// Runs walk(visits) with the stop-th visit returning non-zero (0: none) and checks it against the
-// whole order want.
-template <class Walk> void ExpectWalk(Walk walk, size_t stop, std::vector<int> want)
-{
-    Visits v;
-    v.stop_at = stop;
-    const int r = walk(&v);
-    const bool stops = stop != 0 && stop <= want.size();
-    if (stops)
-        want.resize(stop);
-    EXPECT_EQ(r, stops ? 7 : 0);
-    EXPECT_EQ(v.keys, want);
 }
 
 // Plain insertions and deletions against a std::set. After every step: parent links, Size, the
@@ -142,9 +119,8 @@ TEST_F(BnodeTest, RandomRunMatchesASetAndRecursiveWalks)
     std::set<int> model;
     for (int step = 0; step < 3000 && !HasFailure(); ++step) {
         SCOPED_TRACE(step);
-        int k = static_cast<int>(rng() % 100);
+        int k = static_cast<int>(rng() % 100), seen = -1;
         if (rng() % 3 != 0) { // every other insertion without a found callback
-            int seen = -1;
             t = bnode_t::Insert(t, Cmp, &k, Create, &k, step % 2 ? Found : nullptr, &seen);
             EXPECT_EQ(seen, step % 2 && model.count(k) ? k : -1);
             model.insert(k);
@@ -153,88 +129,52 @@ TEST_F(BnodeTest, RandomRunMatchesASetAndRecursiveWalks)
             model.erase(k);
         }
         Shape(t);
+        EXPECT_EQ(t != nullptr ? t->Size() : 0, static_cast<int>(model.size()));
         EXPECT_EQ(INode::live, static_cast<int>(model.size()));
-        EXPECT_EQ(t != nullptr ? t->Size() : 0, INode::live);
-        std::vector<int> up, down, in;
+        Ints up, down, in, want[4];
         for (bnode_t* n = It::LDown(t); n != nullptr; n = n->right ? It::LDown(n->right) : It::LUp(n))
             up.push_back(Key(n));
         for (bnode_t* n = It::RDown(t); n != nullptr; n = n->left ? It::RDown(n->left) : It::RUp(n))
             down.push_back(Key(n));
-        EXPECT_EQ(up, std::vector<int>(model.begin(), model.end()));
-        EXPECT_EQ(down, std::vector<int>(model.rbegin(), model.rend()));
+        EXPECT_EQ(up, Ints(model.begin(), model.end()));
+        EXPECT_EQ(down, Ints(model.rbegin(), model.rend()));
 
         const size_t stop = rng() % 10;
         bnode_t* sub = t != nullptr && rng() % 2 ? t->left : t;
-        std::vector<int> want[4];
         Orders(sub, want);
         want[3].assign(want[1].rbegin(), want[1].rend());
         for (int kind = 0; kind < 4; ++kind)
-            ExpectWalk([&](Visits* v) { return walks[kind](sub, Record, v); }, stop, want[kind]);
+            ExpectWalk([&](bnode_visit_t v) { return walks[kind](sub, v, nullptr); }, stop, want[kind]);
         const int lo = static_cast<int>(rng() % 110) - 5, hi = static_cast<int>(rng() % 110) - 5;
         for (int x : model)
             if (lo <= x && x <= hi)
                 in.push_back(x);
-        ExpectWalk([&](Visits* v) { return bnode_t::Range(t, Record, v, Cmp, &lo, &hi); }, stop, in);
-        ExpectWalk([&](Visits* v) { return bnode_t::RevRange(t, Record, v, Cmp, &lo, &hi); }, stop,
-                   std::vector<int>(in.rbegin(), in.rend()));
+        ExpectWalk([&](bnode_visit_t v) { return bnode_t::Range(t, v, nullptr, Cmp, &lo, &hi); }, stop, in);
+        ExpectWalk([&](bnode_visit_t v) { return bnode_t::RevRange(t, v, nullptr, Cmp, &lo, &hi); }, stop,
+                   Ints(in.rbegin(), in.rend()));
     }
     EXPECT_TRUE(It::LUp(nullptr) == nullptr && It::RUp(nullptr) == nullptr);
 }
 
-void Depth(bnode_t* n, int depth, void* arg)
-{
-    static_cast<std::vector<std::pair<int, int>>*>(arg)->push_back({Key(n), depth});
-}
-
-TEST_F(BnodeTest, DupTreeAndCheckTreeKeepToTheSubtree)
+TEST_F(BnodeTest, CopyCheckAndBalance)
 {
     t = Build({60, 50, 30, 70, 20, 40, 35, 45, 42});
-    const int k = 30;
     bnode_t* copy = t->left->DupTree();
     EXPECT_EQ(Shape(copy), "50(30(20,40(35,45(42,-))),-)"); // with a root without parent
+    const int k = 30;
     bnode_t::Delete(copy, Cmp, &k)->DeleteTree();
     EXPECT_EQ(Shape(t), "60(50(30(20,40(35,45(42,-))),-),70)");
-    for (int fail = 0; fail < 9; ++fail) { // what was copied is destroyed
-        INode::dups_left = fail;
-        EXPECT_THROW(t->DupTree(), std::runtime_error);
-        EXPECT_EQ(INode::live, 9) << "copy failing at Dup " << fail;
-    }
-    INode::dups_left = -1;
-    std::vector<std::pair<int, int>> seen;
-    t->left->CheckTree(3, Depth, &seen);
-    EXPECT_EQ(seen, (decltype(seen){{20, 5}, {30, 4}, {35, 6}, {40, 5}, {42, 7}, {45, 6}, {50, 3}}));
-}
-
-TEST_F(BnodeTest, BalanceRebuildsByTheSortOrder)
-{
+    Ints depths; // 100 * depth + key
+    t->left->CheckTree(3, Depth, &depths);
+    EXPECT_EQ(depths, (Ints{520, 430, 635, 540, 742, 645, 350}));
+    t = t->DeleteTree();
     t = Build({1, 2, 3, 4, 5, 6, 7})->Balance(Ascending); // from a chain
     EXPECT_EQ(Shape(t), "4(2(1,3),6(5,7))");
     t = t->DeleteTree();
-    t = Build({8, 1, 7, 2, 6, 3, 5, 4})->Balance(Descending); // the sort decides; mid rounds down
-    EXPECT_EQ(Shape(t), "5(7(8,6),3(4,2(-,1)))");
-}
-
-// A chain as deep as it is long (what plain Insert makes of sorted keys): walking, copying and
-// destroying it must not recurse. Balance makes it as low as it can be.
-TEST_F(BnodeTest, DegenerateChainsNeedNoStack)
-{
-    const int n = 200000;
-    t = new INode(n - 1);
-    for (bnode_t* first = t; Key(first) > 0; first = first->left) {
-        first->left = new INode(Key(first) - 1);
-        first->left->parent = first;
-    }
-    EXPECT_EQ(t->Size(), n);
-    Visits v;
-    EXPECT_EQ(bnode_t::Postorder(t, Record, &v), 0);
-    EXPECT_EQ(v.keys.front(), 0);
-    t->DupTree()->DeleteTree();
-    std::vector<std::pair<int, int>> depths;
-    t->CheckTree(0, Depth, &depths);
-    EXPECT_EQ(depths.front(), std::make_pair(0, n - 1));
-    t = t->Balance(Ascending);
-    EXPECT_EQ(Height(t), 18);
-    Shape(t);
+    t = Build({8, 1, 7, 2, 6, 3, 5, 4})->Balance([](bnode_t* const* a, bnode_t* const* b) {
+        return Key(*b) - Key(*a);
+    });
+    EXPECT_EQ(Shape(t), "5(7(8,6),3(4,2(-,1)))"); // the sort decides; mid rounds down
 }
 
 } // namespace

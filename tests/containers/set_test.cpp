@@ -42,30 +42,32 @@ Members Range(unsigned from, unsigned to, const std::set<unsigned>& gone = {})
 
 } // namespace
 
-TEST(SetTest, SizesGrowthAndGet)
+TEST(SetTest, SizesGrowthGetAndIterator)
 {
     Set s(64);
-    EXPECT_EQ(s.nwords(), 2u);
-    s.add(100);
-    EXPECT_EQ(s.nwords(), 4u); // exactly the word of the new member
-    EXPECT_EQ(Set(40).nwords(), 1u);
+    s.add(100); // grows to exactly the word of the new member
     s.add(0);
     s.add(-1); // not a member
     s.remove(5000);
+    EXPECT_TRUE(s.nwords() == 4 && Set(40).nwords() == 1);
     EXPECT_EQ(MembersOf(s), (Members{0, 100}));
-    EXPECT_EQ(s.max(), 101u);
-    EXPECT_EQ(Make(0, {0, 5}).max(), 6u);
-    EXPECT_EQ(Set().max(), 0u);
-
+    EXPECT_TRUE(s.max() == 101 && Make(0, {0, 5}).max() == 6 && Set().max() == 0);
     // get looks only at the indices below the word count (deliberate): two words list 0 and 1 but
     // not 40, and still return 3.
     int out[4] = {-7, -7, -7, -7};
     EXPECT_EQ(Make(64, {0, 1, 40}).get(out), 3u);
     EXPECT_EQ(std::vector<int>(out, out + 4), (std::vector<int>{0, 1, -7, -7}));
-
     const int a[] = {3, -1, 64, 3};
     EXPECT_EQ(MembersOf(Set(4, a)), (Members{3, 64}));
     EXPECT_EQ(MembersOf(Set(1, 5, 9, -1)), (Members{1, 5, 9}));
+
+    const Set members = Make(0, {0, 31, 32, 63, 64, 200});
+    Setiterator it(members);
+    EXPECT_EQ(*++it, 31);
+    for (int want : {31, 32, 63, 64, 200, -1, -1})
+        EXPECT_EQ(it(), want);
+    it.Reset();
+    EXPECT_TRUE(it() == 0 && Setiterator(Set(96))() == -1);
 }
 
 TEST(SetTest, CallerStorageIsZeroedAndNeverGrown)
@@ -78,77 +80,67 @@ TEST(SetTest, CallerStorageIsZeroedAndNeverGrown)
         EXPECT_EQ(buf[1], 2u); // member 33 is bit 1 of word 1
         f |= Make(0, {5, 200}); // the other's extra words are dropped
         f.bumpsize(1000);
-        EXPECT_EQ(f.nwords(), 2u);
         f.add("-63"); // the complement stays within the caller's 64 bits
+        EXPECT_EQ(f.nwords(), 2u);
         EXPECT_EQ(MembersOf(f), Range(0, 62, {5, 33}));
         Set copy(2, other, f);
         copy = Make(64, {7});
         EXPECT_EQ(other[0], 1u << 7);
     }
     EXPECT_EQ(buf[1], 0x7FFFFFFDu); // the words stay the caller's
-
     Set owned(32);
     owned = Make(0, {1, 100}); // an owned set takes the other's size
     EXPECT_EQ(owned.nwords(), 4u);
     EXPECT_EQ(MembersOf(owned), (Members{1, 100}));
 }
 
-TEST(SetTest, AlgebraAcrossSizes)
+TEST(SetTest, AlgebraAndComparisonsAcrossSizes)
 {
-    enum Op { kOr, kAnd, kMinus, kXor };
     const struct {
-        const char* name;
         unsigned abits;
         Members a;
-        Op op;
+        char op;
         unsigned bbits;
-        Members b;
-        Members result;
+        Members b, result;
         unsigned words;
-    } rows[] = {
-        {"or grows to the other's size", 32, {1}, kOr, 128, {2, 100}, {1, 2, 100}, 4},
-        {"and grows, new words zero", 32, {1, 2}, kAnd, 128, {2, 100}, {2}, 4},
-        {"and clears words beyond the other's", 128, {1, 40, 100}, kAnd, 32, {1, 2}, {1}, 4},
-        {"minus keeps this set's extra words", 96, {1, 40, 90}, kMinus, 64, {40, 1}, {90}, 3},
-        {"minus ignores the other's extra words", 32, {1, 2}, kMinus, 96, {2, 90}, {1}, 1},
-        {"xor grows to the other's size", 32, {1, 2}, kXor, 96, {2, 90}, {1, 90}, 3},
-        {"xor keeps this set's extra words", 96, {1, 90}, kXor, 32, {1, 3}, {3, 90}, 3},
+    } ops[] = {
+        {32, {1}, '|', 128, {2, 100}, {1, 2, 100}, 4},     // grows to the other's size
+        {32, {1, 2}, '&', 128, {2, 100}, {2}, 4},          // grows, new words zero
+        {128, {1, 40, 100}, '&', 32, {1, 2}, {1}, 4},      // clears words beyond the other's
+        {96, {1, 40, 90}, '-', 64, {40, 1}, {90}, 3},      // keeps this set's extra words
+        {32, {1, 2}, '-', 96, {2, 90}, {1}, 1},            // ignores the other's extra words
+        {32, {1, 2}, '^', 96, {2, 90}, {1, 90}, 3},        // grows to the other's size
+        {96, {1, 90}, '^', 32, {1, 3}, {3, 90}, 3},        // keeps this set's extra words
     };
-    for (const auto& r : rows) {
+    for (const auto& r : ops) {
         Set a = Make(r.abits, r.a);
         const Set b = Make(r.bbits, r.b);
-        (r.op == kOr ? a |= b : r.op == kAnd ? a &= b : r.op == kMinus ? a -= b : a ^= b);
-        EXPECT_EQ(MembersOf(a), r.result) << r.name;
-        EXPECT_EQ(a.nwords(), r.words) << r.name;
+        (r.op == '|' ? a |= b : r.op == '&' ? a &= b : r.op == '-' ? a -= b : a ^= b);
+        EXPECT_EQ(MembersOf(a), r.result) << r.abits << r.op << r.bbits;
+        EXPECT_EQ(a.nwords(), r.words) << r.abits << r.op << r.bbits;
     }
-    Set c = Make(32, {0, 31});
-    EXPECT_EQ(MembersOf(~c), Range(1, 30));
-}
+    EXPECT_EQ(MembersOf(~Make(32, {0, 31})), Range(1, 30));
 
-TEST(SetTest, ComparisonsAcrossSizes)
-{
     const struct {
-        const char* name;
         unsigned abits;
         Members a;
         unsigned bbits;
         Members b;
         bool equal, subset, share;
-    } rows[] = {
-        {"same members, other sizes", 32, {1}, 96, {1}, true, true, true},
-        {"both empty", 0, {}, 128, {}, true, true, false},
-        {"extra member in the longer", 32, {1}, 96, {1, 70}, false, true, true},
-        {"not a subset", 64, {1, 3}, 64, {1, 2}, false, false, true},
-        {"member in the first extra word", 64, {1, 40}, 32, {1}, false, false, true},
-        {"only the first extra word counts (deliberate)", 96, {1, 70}, 32, {1}, false, true, true},
-        {"no shared member", 64, {40}, 32, {8}, false, false, false},
+    } cmps[] = {
+        {32, {1}, 96, {1}, true, true, true}, // other sizes
+        {0, {}, 128, {}, true, true, false},
+        {32, {1}, 96, {1, 70}, false, true, true},
+        {64, {1, 3}, 64, {1, 2}, false, false, true},
+        {64, {1, 40}, 32, {1}, false, false, true},  // a member in the first extra word
+        {96, {1, 70}, 32, {1}, false, true, true},   // only the first extra word counts (deliberate)
+        {64, {40}, 32, {8}, false, false, false},
     };
-    for (const auto& r : rows) {
+    for (const auto& r : cmps) {
         const Set a = Make(r.abits, r.a), b = Make(r.bbits, r.b);
-        EXPECT_EQ(a == b, r.equal) << r.name;
-        EXPECT_EQ(b == a, r.equal) << r.name;
-        EXPECT_EQ(a <= b, r.subset) << r.name;
-        EXPECT_EQ(a && b, r.share) << r.name;
+        EXPECT_TRUE((a == b) == r.equal && (b == a) == r.equal) << r.abits << " " << r.bbits;
+        EXPECT_EQ(a <= b, r.subset) << r.abits << " " << r.bbits;
+        EXPECT_EQ(a && b, r.share) << r.abits << " " << r.bbits;
     }
 }
 
@@ -180,34 +172,16 @@ TEST(SetTest, TextSyntax)
         EXPECT_EQ(MembersOf(s), r.after) << r.text;
         EXPECT_EQ(s.nwords(), r.words) << r.text;
     }
-
-    const struct {
-        const char* text;
-        const char* near;
-    } errors[] = {
-        {"1 x", "x"}, {"--1", "-"}, {"1-3-5", "-"}, {"-1,2,y", "y"}, {"1\n", "\n"}, {"2147483648", "2147483648"},
-    };
-    for (const auto& r : errors) {
+    const char* const errors[][2] = {{"1 x", "x"},         {"--1", "-"},  {"1-3-5", "-"},
+                                     {"-1,2,y", "y"},      {"1\n", "\n"}, {"2147483648", "2147483648"}};
+    for (const auto& e : errors) {
         Set s = Make(64, {7, 40});
         testutil::StderrCapture err;
-        s.add(r.text);
-        const std::string line = std::string("Set::add(const char*): syntax error near \"") + r.near + "\"\n";
-        EXPECT_EQ(err.Release(), line);
-        EXPECT_EQ(MembersOf(s), (Members{7, 40})) << r.text;
+        s.add(e[0]);
+        EXPECT_EQ(err.Release(), std::string("Set::add(const char*): syntax error near \"") + e[1] + "\"\n");
+        EXPECT_EQ(MembersOf(s), (Members{7, 40})) << e[0];
         EXPECT_EQ(s.nwords(), 2u);
     }
-}
-
-TEST(SetTest, IteratorWalksMembersInOrder)
-{
-    const Set s = Make(0, {0, 31, 32, 63, 64, 200});
-    Setiterator it(s);
-    EXPECT_EQ(*++it, 31);
-    for (int want : {31, 32, 63, 64, 200, -1, -1})
-        EXPECT_EQ(it(), want);
-    it.Reset();
-    EXPECT_EQ(it(), 0);
-    EXPECT_EQ(Setiterator(Set(96))(), -1);
 }
 
 TEST(SetDeathTest, SizeMismatchesAndFixedOverflowAssert)

@@ -1,11 +1,14 @@
-// TVarr: growth sequences, aliasing appends, removal without destruction, searches, assertions; TShSort.
+// TVarr: growth sequences, aliasing appends, removal without destruction, searches, assertions; TShSort;
+// varr_t and its deliberate differences.
 #include <generic/tvarr>
+#include <tevbase/varr.h>
 
 #include <support/testutil.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
 #include <numeric>
 #include <random>
@@ -52,6 +55,7 @@ unsigned Slots(Arr& a)
 
 int Sign(int key, int elem) { return key < elem ? -1 : key > elem; }
 int Order(const Counted* a, const Counted* b) { return Sign(*a, *b); }
+int CmpInt(const void* a, const void* b) { return Sign(*static_cast<const int*>(a), *static_cast<const int*>(b)); }
 
 // A key (low) for the searches, a range (low..high) for RSearch; counts comparisons, collects visits.
 struct Probe : TVarrCmp<Counted>, TVarrRange<Counted> {
@@ -64,6 +68,22 @@ struct Probe : TVarrCmp<Counted>, TVarrRange<Counted> {
     int CmpHigh(const Counted* e) override { return Sign(high, *e); }
     void Action(Counted* e) override { seen.push_back(*e); }
 };
+
+Ints Contents(varr_t* v)
+{
+    const int* p = reinterpret_cast<int*>(varr_get(v));
+    return Ints(p, p + varr_len(v));
+}
+
+varr_t* Make(int size, int type, const Ints& xs)
+{
+    varr_t* v = varr_create(sizeof(int), size, type);
+    for (int x : xs) {
+        char* e = varr_app(v, &x);
+        EXPECT_EQ(e, varr_get_by_index(v, varr_len(v) - 1));
+    }
+    return v;
+}
 
 } // namespace
 
@@ -257,4 +277,53 @@ TEST(TShSortTest, GapSequenceAndOrder)
     for (const P& e : p)
         order += e.second;
     EXPECT_EQ(order, "ehbdgacf");
+}
+
+TEST(VarrTest, GrowthAndOwnElementsAcrossRealloc)
+{
+    const struct {
+        int size, type, appends, alloc;
+    } rows[] = {{256, 1, 257, 512}, {3, 1, 13, 24}, {3, 0, 13, 15}};
+    for (const auto& r : rows) {
+        varr_t* v = Make(r.size, r.type, Ints(r.appends, 7));
+        EXPECT_EQ(v->alloc, r.alloc) << r.size << " " << r.type;
+        varr_delete(v);
+    }
+    varr_t* v = Make(2, 0, {7, 8});
+    varr_app(v, varr_get_by_index(v, 0)); // the source moves with the storage
+    varr_cat(v, 3, varr_get(v));
+    varr_cat(v, 0, nullptr);
+    EXPECT_EQ(Contents(v), (Ints{7, 8, 7, 7, 8, 7}));
+    varr_delete(v);
+}
+
+TEST(VarrTest, DeliberateDifferencesFromTheTemplate)
+{
+    varr_t* v = Make(2, 0, {6, 5, 3, 2, 1});
+    varr_sort(v, CmpInt);
+    // cmp gets (predecessor, element), unlike TVarr::Uniq: here the elements one above their predecessor go.
+    varr_uniq(v, [](const void* a, const void* b) {
+        return *static_cast<const int*>(b) != *static_cast<const int*>(a) + 1 ? 1 : 0;
+    });
+    EXPECT_EQ(Contents(v), (Ints{1, 5}));
+    const int five = 5, nine = 9;
+    EXPECT_TRUE(varr_find(v, CmpInt, &five) == varr_get_by_index(v, 1) && !varr_find(v, CmpInt, &nine));
+    EXPECT_EQ(*reinterpret_cast<int*>(varr_pop(v)), 5);
+    varr_ass(v, &nine); // resets first
+    EXPECT_EQ(Contents(v), (Ints{9}));
+    int* saved = reinterpret_cast<int*>(varr_save(v));
+    EXPECT_TRUE(saved[0] == 9 && varr_len(v) == 0); // saving consumes
+    std::free(saved);
+    char* old = varr_get(v); // override keeps the old storage for the caller
+    int* mine = static_cast<int*>(std::malloc(3 * sizeof(int)));
+    mine[0] = 10, mine[1] = 20, mine[2] = 30;
+    EXPECT_EQ(varr_override(v, 3, mine), reinterpret_cast<char*>(mine + 2));
+    std::free(old);
+    varr_app(v, &nine);
+    EXPECT_EQ(Contents(v), (Ints{10, 20, 30, 9}));
+    std::free(varr_retrieve(v));
+    EXPECT_TRUE(varr_len(v) == 0 && v->alloc == 2 && varr_pop(v) == nullptr); // back to the construction size
+    varr_uniq(v, CmpInt); // on an empty array: one element
+    EXPECT_EQ(varr_len(v), 1);
+    varr_delete(v);
 }
