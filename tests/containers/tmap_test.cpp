@@ -159,33 +159,30 @@ TEST(TMapTest, CopiesKeepTheBalanceFactorsAndKeysOrderAsBytes)
     EXPECT_GT(GStringCmp()("\xe9", "z"), 0); // bytes compare unsigned
 }
 
+struct Collect : TMapAction<String_t, int, GStringCmp> {
+    int Action(const String_t& key, int& value) override
+    {
+        seen += key.Text();
+        return ++value, seen.size() == stop;
+    }
+    std::string seen;
+    size_t stop = 0; // the visit that returns non-zero (0: none)
+};
+
 TEST(TMapTest, ForEachAndRangeVisitInOrderAndStopOnRequest)
 {
-    struct Collect : TMapAction<String_t, int, GStringCmp> {
-        explicit Collect(size_t stop) : stop_after(stop) {}
-        int Action(const String_t& key, int& value) override
-        {
-            seen += key.Text();
-            value += 100;
-            return seen.size() == stop_after;
-        }
-        std::string seen;
-        size_t stop_after; // the visit that returns non-zero (0: none)
-    } all(0), two(2);
     IntMap m;
     for (const char* k : {"d", "b", "f", "a", "c", "e", "g"})
         m.Insert(k, 0);
-    EXPECT_EQ(&ForEach(m, all), &all);
-    ForEach(m, two);
-    EXPECT_TRUE(all.seen == "abcdefg" && two.seen == "ab" && *m.Find("a") == 200); // values by reference
-    auto range = [&m](const char* lo, const char* hi, size_t stop) {
-        Collect c(stop);
-        EXPECT_EQ(&Range(m, c, String_t(lo), String_t(hi)), &c);
+    auto visit = [&m](const char* lo, const char* hi, size_t stop) { // the whole map without bounds
+        Collect c;
+        c.stop = stop;
+        EXPECT_EQ(lo ? &Range(m, c, String_t(lo), String_t(hi)) : &ForEach(m, c), &c);
         return c.seen;
     };
-    EXPECT_EQ(range("bb", "ee", 0), "cde");
-    EXPECT_EQ(range("b", "f", 1), "b");
-    EXPECT_EQ(range("c", "c", 0) + range("d", "c", 0), "c");
+    EXPECT_EQ(visit(nullptr, nullptr, 0) + visit(nullptr, nullptr, 2), "abcdefgab");
+    EXPECT_EQ(*m.Find("a"), 2); // values by reference
+    EXPECT_EQ(visit("bb", "ee", 0) + visit("b", "f", 1) + visit("c", "c", 0) + visit("d", "c", 0), "cdebc");
 }
 
 } // namespace
