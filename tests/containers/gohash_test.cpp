@@ -41,19 +41,15 @@ String_t Key(const char* prefix, int i) { return String_t((prefix + std::to_stri
 
 } // namespace
 
-TEST(GHashTest, FoldsTheTopByteIntoTheLowOne)
+TEST(OHashTableTest, HashAndPlacementFollowTheProbeSequence)
 {
-    const struct {
+    const struct { // the top byte folds into the low one
         const char* text;
         uint32_t hash;
     } rows[] = {{nullptr, 0}, {"", 0}, {"\xff", 0xff}, {"ab", 1650}, {"abcdefg", 0x89ab60},
                 {"hello world", 0xdfa855}, {"\xff\xff\xff\xff\xff\xff\xff", 0xfffee0}};
     for (const auto& r : rows)
         EXPECT_EQ(GHash(r.text), r.hash) << (r.text ? r.text : "null");
-}
-
-TEST(OHashTableTest, PlacementFollowsTheProbeSequence)
-{
     // p0 = 10, step 5: 10, 15, 16, 17. Start 15, step 7: 15 is taken, so 22. Step 0 means 1.
     // Near the end the walk wraps: 98, then 3, then 4.
     const auto chain = KeysWalking(100, 10, 5, 5), at15 = KeysWalking(100, 15, 7, 1);
@@ -88,7 +84,9 @@ TEST(OHashTableTest, PlacementFollowsTheProbeSequence)
     EXPECT_EQ(z.Find(String_t())->str.Chars(), nullptr);
 }
 
-TEST(OHashTableTest, GrowsBeforeTheLookupAtSevenEighths)
+// The table grows before the lookup at seven eighths; Resize replaces sizes that cannot hold the
+// elements.
+TEST(OHashTableTest, GrowthPointsAndResize)
 {
     Table t;
     for (int i = 0; i < 88; ++i)
@@ -102,22 +100,17 @@ TEST(OHashTableTest, GrowsBeforeTheLookupAtSevenEighths)
     EXPECT_TRUE(present.Size() == 200 && indexed.Size() == 200 && indexed.Card() == 88);
     t.Add(TabStr("g88")); // the 89th: 88 reaches 100 - 12
     EXPECT_TRUE(t.Size() == 200 && t.Card() == 89 && (t & Key("g", 0)));
-}
-
-TEST(OHashTableTest, ResizeReplacesSizesThatCannotHoldTheElements)
-{
-    const struct {
-        unsigned count, asked, size;
-    } rows[] = {{30, 40, 40}, {50, 10, 100}, {87, 87, 100}, {88, 88, 200}, {174, 10, 200}, {175, 10, 400},
-                {85, 90, 180}}; // the last reaches 90 - 11 while rebuilding
+    // count, asked, size; 85 in 90 reaches 90 - 11 while rebuilding
+    const unsigned rows[][3] = {{30, 40, 40},   {50, 10, 100},  {87, 87, 100}, {88, 88, 200},
+                                {174, 10, 200}, {175, 10, 400}, {85, 90, 180}};
     for (const auto& r : rows) {
-        Table t(1000);
-        for (unsigned i = 0; i < r.count; ++i)
-            t.Add(TabStr(Key("r", i)));
-        t.Resize(r.asked);
-        EXPECT_TRUE(t.Size() == r.size && t.Card() == r.count) << r.count << " in " << r.asked;
-        for (unsigned i = 0; i < r.count; ++i)
-            ASSERT_TRUE(t & TabStr(Key("r", i))) << r.count << " in " << r.asked;
+        Table big(1000);
+        for (unsigned i = 0; i < r[0]; ++i)
+            big.Add(TabStr(Key("r", i)));
+        big.Resize(r[1]);
+        EXPECT_TRUE(big.Size() == r[2] && big.Card() == r[0]) << r[0] << " in " << r[1];
+        for (unsigned i = 0; i < r[0]; ++i)
+            ASSERT_TRUE(big & TabStr(Key("r", i))) << r[0] << " in " << r[1];
     }
 }
 

@@ -140,7 +140,17 @@ TEST(TMapTest, RandomOperationsGiveTheModelsShapeAndBalance)
     }
 }
 
-TEST(TMapTest, CopiesKeepTheBalanceFactorsAndKeysOrderAsBytes)
+struct Collect : TMapAction<String_t, int, GStringCmp> {
+    int Action(const String_t& key, int& value) override
+    {
+        seen += key.Text();
+        return ++value, seen.size() == stop;
+    }
+    std::string seen;
+    size_t stop = 0; // the visit that returns non-zero (0: none)
+};
+
+TEST(TMapTest, CopiesKeysAndVisitors)
 {
     // With zeroed balance factors the copy's next rotation would follow a missing child.
     IntMap src, copy;
@@ -157,32 +167,17 @@ TEST(TMapTest, CopiesKeepTheBalanceFactorsAndKeysOrderAsBytes)
     EXPECT_EQ(Shape(m), ":0(:0(-,-),x:0(-,-))");
     EXPECT_TRUE(IntMap::Iterator(m).Curr()->key.IsNull() && *m.Find("") == 2 && *m.Find("x") == 5);
     EXPECT_GT(GStringCmp()("\xe9", "z"), 0); // bytes compare unsigned
-}
-
-struct Collect : TMapAction<String_t, int, GStringCmp> {
-    int Action(const String_t& key, int& value) override
-    {
-        seen += key.Text();
-        return ++value, seen.size() == stop;
-    }
-    std::string seen;
-    size_t stop = 0; // the visit that returns non-zero (0: none)
-};
-
-TEST(TMapTest, ForEachAndRangeVisitInOrderAndStopOnRequest)
-{
-    IntMap m;
+    IntMap w;
     for (const char* k : {"d", "b", "f", "a", "c", "e", "g"})
-        m.Insert(k, 0);
-    auto visit = [&m](const char* lo, const char* hi, size_t stop) { // the whole map without bounds
-        Collect c;
-        c.stop = stop;
-        EXPECT_EQ(lo ? &Range(m, c, String_t(lo), String_t(hi)) : &ForEach(m, c), &c);
-        return c.seen;
-    };
-    EXPECT_EQ(visit(nullptr, nullptr, 0) + visit(nullptr, nullptr, 2), "abcdefgab");
-    EXPECT_EQ(*m.Find("a"), 2); // values by reference
-    EXPECT_EQ(visit("bb", "ee", 0) + visit("b", "f", 1) + visit("c", "c", 0) + visit("d", "c", 0), "cdebc");
+        w.Insert(k, 0);
+    Collect all, two, range, one, none;
+    two.stop = 2;
+    EXPECT_EQ(&ForEach(w, all), &all);
+    ForEach(w, two);
+    EXPECT_EQ(&Range(w, range, String_t("bb"), String_t("ee")), &range);
+    Range(w, one, String_t("c"), String_t("c")), Range(w, none, String_t("d"), String_t("c"));
+    EXPECT_TRUE(all.seen == "abcdefg" && two.seen == "ab" && range.seen == "cde" && one.seen == "c");
+    EXPECT_TRUE(none.seen.empty() && *w.Find("a") == 2); // values by reference
 }
 
 } // namespace
