@@ -6,6 +6,7 @@
 #include <random>
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -88,22 +89,17 @@ protected:
 
 TEST_F(BnodeTest, DeleteFollowsTheReplacementRule)
 {
-    const struct {
-        const char* name;
-        Ints keys;
-        int del;
-        const char* shape;
-    } rows[] = {
+    const std::tuple<const char*, Ints, int, const char*> rows[] = {
         {"no right child: the left child", {5, 3, 1, 2}, 3, "5(1(-,2),-)"},
         {"no left child: the right child", {5, 3, 4}, 3, "5(4,-)"},
         {"left child without right child", {5, 3, 8, 1, 9}, 5, "3(1,8(-,9))"},
         {"rightmost of the left subtree", {9, 5, 2, 7, 4, 3}, 5, "9(4(2(-,3),7),-)"},
         {"only node", {5}, 5, "-"},
     };
-    for (const auto& row : rows) {
-        t = bnode_t::Delete(Build(row.keys), Cmp, &row.del);
-        EXPECT_EQ(Shape(t), row.shape) << row.name;
-        EXPECT_EQ(INode::live, t != nullptr ? t->Size() : 0) << row.name; // the removed node was destroyed
+    for (const auto& [name, keys, del, shape] : rows) {
+        t = bnode_t::Delete(Build(keys), Cmp, &del);
+        EXPECT_EQ(Shape(t), shape) << name;
+        EXPECT_EQ(INode::live, t != nullptr ? t->Size() : 0) << name; // the removed node was destroyed
         t = t != nullptr ? t->DeleteTree() : nullptr;
     }
 }

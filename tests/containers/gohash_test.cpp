@@ -43,13 +43,11 @@ String_t Key(const char* prefix, int i) { return String_t((prefix + std::to_stri
 
 TEST(OHashTableTest, HashAndPlacementFollowTheProbeSequence)
 {
-    const struct { // the top byte folds into the low one
-        const char* text;
-        uint32_t hash;
-    } rows[] = {{nullptr, 0}, {"", 0}, {"\xff", 0xff}, {"ab", 1650}, {"abcdefg", 0x89ab60},
-                {"hello world", 0xdfa855}, {"\xff\xff\xff\xff\xff\xff\xff", 0xfffee0}};
-    for (const auto& r : rows)
-        EXPECT_EQ(GHash(r.text), r.hash) << (r.text ? r.text : "null");
+    const std::pair<const char*, uint32_t> hashes[] = { // the top byte folds into the low one
+        {nullptr, 0}, {"", 0}, {"\xff", 0xff}, {"ab", 1650}, {"abcdefg", 0x89ab60},
+        {"hello world", 0xdfa855}, {"\xff\xff\xff\xff\xff\xff\xff", 0xfffee0}};
+    for (const auto& [text, hash] : hashes)
+        EXPECT_EQ(GHash(text), hash) << (text ? text : "null");
     // p0 = 10, step 5: 10, 15, 16, 17. Start 15, step 7: 15 is taken, so 22. Step 0 means 1.
     // Near the end the walk wraps: 98, then 3, then 4.
     const auto chain = KeysWalking(100, 10, 5, 5), at15 = KeysWalking(100, 15, 7, 1);

@@ -8,6 +8,7 @@
 #include <random>
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -132,13 +133,7 @@ TEST(SetTest, AlgebraAndComparisonsAcrossSizes)
 
 TEST(SetTest, TextSyntax)
 {
-    const struct {
-        unsigned bits;
-        Members before;
-        const char* text;
-        Members after;
-        unsigned words;
-    } rows[] = {
+    const std::tuple<unsigned, Members, const char*, Members, unsigned> rows[] = { // bits, members, text: after
         {0, {}, "1,3,5-7", {1, 3, 5, 6, 7}, 1}, {0, {}, " 1 ,\t2 , 3 ", {1, 2, 3}, 1},
         {0, {}, "7-5", {}, 0},                  {0, {}, "30-33", {30, 31, 32, 33}, 2},
         {0, {}, "4-", {}, 0},                   {0, {}, "4-,5", {5}, 1},
@@ -147,13 +142,13 @@ TEST(SetTest, TextSyntax)
         {32, {1}, "-2", Range(0, 31, {1, 2}), 1}, // the members from before are complemented too
         {64, {5}, "-", Range(0, 63, {5}), 2},
     };
-    for (const auto& r : rows) {
-        Set s = Make(r.bits, r.before);
+    for (const auto& [bits, before, text, after, words] : rows) {
+        Set s = Make(bits, before);
         testutil::StderrCapture err;
-        s.add(r.text);
-        EXPECT_EQ(err.Release(), "") << r.text;
-        EXPECT_EQ(MembersOf(s), r.after) << r.text;
-        EXPECT_EQ(s.nwords(), r.words) << r.text;
+        s.add(text);
+        EXPECT_EQ(err.Release(), "") << text;
+        EXPECT_EQ(MembersOf(s), after) << text;
+        EXPECT_EQ(s.nwords(), words) << text;
     }
     const char* const errors[][2] = {{"1 x", "x"},         {"--1", "-"},  {"1-3-5", "-"},
                                      {"-1,2,y", "y"},      {"1\n", "\n"}, {"2147483648", "2147483648"}};

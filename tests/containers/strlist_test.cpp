@@ -12,6 +12,7 @@
 #include <deque>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -205,20 +206,17 @@ TEST(StrListTest, SplitAndTokenizersAgreeWithAReference)
 
 TEST(TokenizerTest, SeparatorsNullsCopiesAndRebinding)
 {
-    const struct {
-        const char* s;
-        std::vector<const char*> seps, tokens; // one call each
-        std::vector<char> separators;
-    } rows[] = {
+    using Calls = std::vector<const char*>; // one call each: separators, tokens
+    const std::tuple<const char*, Calls, Calls, std::string> rows[] = { // text, ..., separators found
         {"a,b c", {",", " ", " "}, {"a", "b", "c"}, {',', ' ', 0}}, // separators change from call to call
         {nullptr, {","}, {nullptr}, {0}},
         {"a b", {nullptr, nullptr}, {"a b", nullptr}, {0, 0}},
     };
-    for (const auto& row : rows) {
-        StringTok tok(row.s);
-        for (std::size_t i = 0; i < row.seps.size(); ++i) {
-            EXPECT_STREQ(tok(row.seps[i]), row.tokens[i]) << i;
-            EXPECT_EQ(tok.Separator(), row.separators[i]) << i;
+    for (const auto& [text, seps, tokens, separators] : rows) {
+        StringTok tok(text);
+        for (std::size_t i = 0; i < seps.size(); ++i) {
+            EXPECT_STREQ(tok(seps[i]), tokens[i]) << i;
+            EXPECT_EQ(tok.Separator(), separators[i]) << i;
         }
     }
     EXPECT_TRUE(Fields(nullptr, ",", "").empty() && Fields("a,b", nullptr, nullptr) == Strings{"a,b"});

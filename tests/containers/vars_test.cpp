@@ -20,17 +20,15 @@ TEST(VarsTest, SubstituteExpandsReferences)
     v.Add("a", "1");
     v.Add("bc", "2");
     v.Add("empty", "");
-    const struct {
-        const char *text, *keep0, *keep1;
-    } rows[] = {
+    const char* const rows[][3] = { // text, keep 0, keep 1
         {"x$a-y", "x1-y", "x1-y"}, {"${bc}z", "2z", "2z"},  {"$bcz", "", "$bcz"}, {"$a_", "", "$a_"},
         {"${q}", "", "${q}"},      {"${q", "", "${q}"},    {"$", "$", "$"},      {"$ a", "$ a", "$ a"},
         {"${}x", "$x", "$x"},      {"$a}b", "1b", "1b"},   {"$q}b", "b", "$qb"}, {"$$a", "$1", "$1"},
         {"[$empty]", "[]", "[]"},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(Expand(v, row.text, 0), row.keep0) << row.text;
-        EXPECT_EQ(Expand(v, row.text, 1), row.keep1) << row.text;
+        EXPECT_EQ(Expand(v, row[0], 0), row[1]) << row[0];
+        EXPECT_EQ(Expand(v, row[0], 1), row[2]) << row[0];
     }
     EXPECT_EQ(Expand(v, nullptr, 1), "");
     Vars pct('%'); // values are not scanned again
