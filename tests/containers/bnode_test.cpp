@@ -1,4 +1,4 @@
-// bnode_t toolkit: plain insertion and deletion, stepping, traversals, ranges, copy, rebuilding.
+// bnode_t toolkit: plain insertion and deletion, traversals, ranges, depths, rebuilding.
 #include <tevbase/bnode.h>
 
 #include <gtest/gtest.h>

@@ -77,17 +77,14 @@ TEST(SetTest, CallerStorageIsZeroedAndNeverGrown)
         Set f(2, buf);
         EXPECT_EQ(buf[0] | buf[1], 0u);
         f.add(33);
-        EXPECT_EQ(buf[1], 2u); // member 33 is bit 1 of word 1
         f |= Make(0, {5, 200}); // the other's extra words are dropped
         f.bumpsize(1000);
         f.add("-63"); // the complement stays within the caller's 64 bits
-        EXPECT_EQ(f.nwords(), 2u);
-        EXPECT_EQ(MembersOf(f), Range(0, 62, {5, 33}));
         Set copy(2, other, f);
-        copy = Make(64, {7});
-        EXPECT_EQ(other[0], 1u << 7);
+        EXPECT_EQ(MembersOf(copy), Range(0, 62, {5, 33}));
+        EXPECT_EQ(f.nwords(), 2u);
     }
-    EXPECT_EQ(buf[1], 0x7FFFFFFDu); // the words stay the caller's
+    EXPECT_TRUE(buf[1] == 0x7FFFFFFDu && other[1] == buf[1]); // the words stay the caller's
 }
 
 // Random pairs of sets of 0 to 4 words against std::set. The algebra keeps this set's words for -=
