@@ -363,8 +363,9 @@ TEST(TOListDeathTest, PopAndGetOnEmptyList)
 }
 
 // Split cuts at every separator and Concat puts the fields back together; StringTok gives the runs
-// between separators, which collapse. StringSplitter gives a field at the start and after each separator unless only trim
-// characters remain, trimmed at both ends without looking back past the field's own start.
+// between separators, which collapse. StringSplitter gives a field at the start and after each
+// separator unless only trim characters remain, trimmed at both ends without looking back past the
+// field's own start.
 TEST(StrListTest, SplitAndTokenizersAgreeWithAReference)
 {
     std::mt19937 rng(23);

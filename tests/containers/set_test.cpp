@@ -45,7 +45,7 @@ Members Range(unsigned from, unsigned to, const std::set<unsigned>& gone = {})
 
 } // namespace
 
-TEST(SetTest, SizesGrowthGetAndIterator)
+TEST(SetTest, SizesGetIteratorAndCallerStorage)
 {
     Set s(64);
     s.add(100); // grows to exactly the word of the new member
@@ -61,17 +61,13 @@ TEST(SetTest, SizesGrowthGetAndIterator)
     EXPECT_EQ(MembersOf(Set(4, a)), (Members{3, 64}));
     EXPECT_EQ(MembersOf(Set(1, 5, 9, -1)), (Members{1, 5, 9}));
 
-    const Set members = Make(0, {0, 31, 32, 63, 64, 200});
+    const Set members = Make(0, {0, 31, 200});
     Setiterator it(members);
     EXPECT_EQ(*++it, 31);
-    for (int want : {31, 32, 63, 64, 200, -1, -1})
-        EXPECT_EQ(it(), want);
+    EXPECT_TRUE(it() == 31 && it() == 200 && it() == -1 && it() == -1);
     it.Reset();
-    EXPECT_TRUE(it() == 0 && Setiterator(Set(96))() == -1);
-}
-
-TEST(SetTest, CallerStorageIsZeroedAndNeverGrown)
-{
+    EXPECT_EQ(it(), 0);
+    // Caller's storage: zeroed, never grown.
     uint32_t buf[2] = {~0u, ~0u}, other[2];
     {
         Set f(2, buf);
@@ -130,7 +126,8 @@ TEST(SetTest, AlgebraAndComparisonsAcrossSizes)
 
 TEST(SetTest, TextSyntax)
 {
-    const std::tuple<unsigned, Members, const char*, Members, unsigned> rows[] = { // bits, members, text: after
+    // Capacity and members before, the text; members and words after.
+    const std::tuple<unsigned, Members, const char*, Members, unsigned> rows[] = {
         {0, {}, "1,3,5-7", {1, 3, 5, 6, 7}, 1}, {0, {}, " 1 ,\t2 , 3 ", {1, 2, 3}, 1},
         {0, {}, "7-5", {}, 0},                  {0, {}, "30-33", {30, 31, 32, 33}, 2},
         {0, {}, "4-", {}, 0},                   {0, {}, "4-,5", {5}, 1},

@@ -14,7 +14,7 @@ std::string Expand(const Vars& v, const char* text, int keep)
     return v.Substitute(out, text, keep);
 }
 
-TEST(VarsTest, SubstituteExpandsReferences)
+TEST(VarsTest, SubstituteAndDefinitions)
 {
     Vars v;
     v.Add("a", "1");
@@ -34,24 +34,18 @@ TEST(VarsTest, SubstituteExpandsReferences)
     Vars pct('%'); // values are not scanned again
     pct.Add("a", "%a");
     EXPECT_EQ(Expand(pct, "%a%{a}$a", 0), "%a%a$a");
-}
-
-TEST(VarsTest, DefinitionsNumberEveryWord)
-{
-    Vars v; // 1 = "one", "name  " = "one", 3 = "" ($none expanded), 4 = "twoone"
-    v.Add("::  one:: name  =  $1 ::$none:two$1");
-    EXPECT_EQ(Expand(v, "$1|${name  }|$3|$4|$2", 1), "one|one ||twoone|$2");
-    v.Add("name  ", "again"); // a definition replaces the value
-    v.Add(1, "uno");
-    EXPECT_EQ(Expand(v, "${name  }$1", 0), "againuno");
-    v.Add(static_cast<const char*>(nullptr));
-    v.Add(static_cast<const char**>(nullptr));
-
-    Vars w; // argument vectors are taken literally, colons included
-    w.Add("x", "X");
-    const char* argv[] = {"  first", "k = $x", "a:b", "e=", nullptr};
-    w.Add(argv);
-    EXPECT_EQ(Expand(w, "[$1][${k }][$3][$e]$2", 1), "[first][$x][a:b][]$2");
+    // Definitions number every word: 1 = "one", "name  " = "one", 3 = "" ($none expanded), 4 = "twoone".
+    Vars d;
+    d.Add("::  one:: name  =  $1 ::$none:two$1");
+    d.Add(static_cast<const char*>(nullptr));
+    EXPECT_EQ(Expand(d, "$1|${name  }|$3|$4|$2", 1), "one|one ||twoone|$2");
+    d.Add("name  ", "again"); // a definition replaces the value
+    d.Add(1, "uno");
+    EXPECT_EQ(Expand(d, "${name  }$1", 0), "againuno");
+    const char* argv[] = {"  first", "k = $x", "a:b", "e=", nullptr}; // taken literally, colons included
+    pct.Add(argv);
+    pct.Add(static_cast<const char**>(nullptr));
+    EXPECT_EQ(Expand(pct, "[%1][%{k }][%3][%e]%2", 1), "[first][$x][a:b][]%2");
 }
 
 } // namespace
