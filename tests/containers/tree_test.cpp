@@ -91,18 +91,7 @@ template <class Walk> void ExpectWalk(Walk walk, size_t stop, Ints want)
     EXPECT_EQ(seen, want);
 }
 
-class BnodeTest : public ::testing::Test {
-protected:
-    void TearDown() override
-    {
-        if (t != nullptr)
-            t = t->DeleteTree();
-        EXPECT_EQ(INode::live, 0);
-    }
-    bnode_t* t = nullptr;
-};
-
-TEST_F(BnodeTest, DeleteFollowsTheReplacementRule)
+TEST(BnodeTest, DeleteRuleDepthsAndBalance)
 {
     const std::tuple<const char*, Ints, int, const char*> rows[] = {
         {"no right child: the left child", {5, 3, 1, 2}, 3, "5(1(-,2),-)"},
@@ -112,18 +101,29 @@ TEST_F(BnodeTest, DeleteFollowsTheReplacementRule)
         {"only node", {5}, 5, "-"},
     };
     for (const auto& [name, keys, del, shape] : rows) {
-        t = bnode_t::Delete(Build(keys), Cmp, &del);
+        bnode_t* t = bnode_t::Delete(Build(keys), Cmp, &del);
         EXPECT_EQ(Shape(t), shape) << name;
         EXPECT_EQ(INode::live, t != nullptr ? t->Size() : 0) << name; // the removed node was destroyed
         t = t != nullptr ? t->DeleteTree() : nullptr;
     }
+    bnode_t* t = Build({60, 50, 30, 70, 20, 40, 35, 45, 42});
+    Ints depths; // 100 * depth + key
+    t->left->CheckTree(3, Depth, &depths);
+    EXPECT_EQ(depths, (Ints{520, 430, 635, 540, 742, 645, 350}));
+    t->DeleteTree();
+    // From a chain; the sort decides, and mid rounds down.
+    t = Build({1, 2, 3, 4, 5, 6, 7, 8})->Balance(Descending);
+    EXPECT_EQ(Shape(t), "5(7(8,6),3(4,2(-,1)))");
+    t->DeleteTree();
+    EXPECT_EQ(INode::live, 0);
 }
 
 // Plain insertions and deletions against a std::set. After every step: parent links, Size, the four
 // walks (of the tree or its left subtree) against recursive ones, and both ranges between random
 // bounds; walks and ranges stop at a random visit. (TMap's iterators step through the tree.)
-TEST_F(BnodeTest, RandomRunMatchesASetAndRecursiveWalks)
+TEST(BnodeTest, RandomRunMatchesASetAndRecursiveWalks)
 {
+    bnode_t* t = nullptr;
     int (*const walks[])(bnode_t*, bnode_visit_t, void*) = {bnode_t::Preorder, bnode_t::Inorder,
                                                             bnode_t::Postorder, bnode_t::Revorder};
     std::mt19937 rng(6);
@@ -158,18 +158,9 @@ TEST_F(BnodeTest, RandomRunMatchesASetAndRecursiveWalks)
         ExpectWalk([&](bnode_visit_t v) { return bnode_t::RevRange(t, v, nullptr, Cmp, &lo, &hi); }, stop,
                    Ints(in.rbegin(), in.rend()));
     }
-}
-
-TEST_F(BnodeTest, CheckTreeAndBalance)
-{
-    t = Build({60, 50, 30, 70, 20, 40, 35, 45, 42});
-    Ints depths; // 100 * depth + key
-    t->left->CheckTree(3, Depth, &depths);
-    EXPECT_EQ(depths, (Ints{520, 430, 635, 540, 742, 645, 350}));
-    t = t->DeleteTree();
-    // From a chain; the sort decides, and mid rounds down.
-    t = Build({1, 2, 3, 4, 5, 6, 7, 8})->Balance(Descending);
-    EXPECT_EQ(Shape(t), "5(7(8,6),3(4,2(-,1)))");
+    if (t != nullptr)
+        t->DeleteTree();
+    EXPECT_EQ(INode::live, 0);
 }
 
 // Model: a height-based AVL with the same deletion rule (the in-order predecessor takes a removed inner
@@ -264,11 +255,10 @@ TEST(TMapTest, RandomOperationsGiveTheModelsShapeAndBalance)
             }
             ASSERT_EQ(Shape(map), Shape(model));
             IntMap::Iterator it(map, 0);
-            for (const auto& kv : where) {
+            for (const auto& [key, at] : where) {
                 IntMap::Pair* p = it();
-                ASSERT_TRUE(p != nullptr && p->key == kv.first.c_str() && &p->value == kv.second.first);
-                ASSERT_EQ(p->value, kv.second.second);
-                ASSERT_EQ(map.Find(kv.first.c_str()), kv.second.first);
+                ASSERT_TRUE(p && p->key == key.c_str() && std::make_pair(&p->value, p->value) == at);
+                ASSERT_EQ(map.Find(key.c_str()), at.first);
             }
             ASSERT_EQ(it(), nullptr);
             IntMap::ConstIterator back(map, 1);
