@@ -47,6 +47,7 @@ typedef TSortedVector<PollFd, PollFd::Compare> PollSet;
 typedef std::vector<std::pair<int, short>> Records; // descriptor and events
 
 Ints Keys(const Arr& a) { return Ints(a.Get(), a.Get() + a.Len()); }
+unsigned Len(const Ints& v) { return static_cast<unsigned>(v.size()); }
 
 int Sign(int key, int elem) { return key < elem ? -1 : key > elem; }
 int Order(const Counted* a, const Counted* b) { return Sign(*a, *b); }
@@ -82,7 +83,7 @@ varr_t* Make(int size, int type, const Ints& xs)
 } // namespace
 
 // Slots after each App, then after Extend(100); varr_t (its type 0 additive, 1 doubling) grows alike.
-TEST(TVarrTest, GrowthFollowsTheModeSlotBySlot)
+TEST(TVarrTest, SlotsGrowByTheModeAndRemovalMovesOnlyTheEnd)
 {
     const unsigned lazy = static_cast<unsigned>(-1); // nothing until the first App, then steps of 32
     const std::tuple<unsigned, VarrTypeT, Ints, int> rows[] = {
@@ -103,10 +104,7 @@ TEST(TVarrTest, GrowthFollowsTheModeSlotBySlot)
         EXPECT_EQ(Counted::live, extended) << size << " " << mode;
         varr_delete(v);
     }
-}
-
-TEST(TVarrTest, RemovalMovesOnlyTheEnd)
-{
+    // Removal only moves the end.
     Arr a(3, VARR_INCR);
     const Counted four[] = {1, 2, 3, 4};
     a.Cat(4, four);
@@ -116,8 +114,8 @@ TEST(TVarrTest, RemovalMovesOnlyTheEnd)
     EXPECT_EQ(Keys(a), (Ints{1, 2, 3, 4}));
     const Arr copy(a);
     EXPECT_EQ(Counted::live, 4 + 6 + 6); // `four`, a, and a copy of the source's slots, not of its length
-    Arr lazy(static_cast<unsigned>(-1), VARR_INCR);
-    EXPECT_EQ(lazy.Retrieve(), nullptr); // then a fresh block of 32 slots
+    Arr never(lazy, VARR_INCR);
+    EXPECT_EQ(never.Retrieve(), nullptr); // then a fresh block of 32 slots
     EXPECT_EQ(Counted::live, 4 + 6 + 6 + 32);
 }
 
@@ -169,8 +167,7 @@ TEST(TVarrModelTest, RandomOperationsMatchAVector)
             }
             case 2: // elements of the array itself, whose block growth may replace
                 if (!model.empty()) {
-                    const unsigned at = rng() % model.size();
-                    const unsigned n = k % 2 ? 1 : std::min(3u, unsigned(model.size()) - at);
+                    const unsigned at = rng() % model.size(), n = std::min(k % 2 ? 1u : 3u, Len(model) - at);
                     k % 2 ? a.App(a[static_cast<int>(at)]) : a.Cat(n, a.Get() + at);
                     const Ints part(model.begin() + at, model.begin() + at + n);
                     model.insert(model.end(), part.begin(), part.end());

@@ -99,8 +99,7 @@ TEST(OHashTableTest, GrowthPointsAndResize)
     t.Add(TabStr("g88")); // the 89th: 88 reaches 100 - 12
     EXPECT_TRUE(t.Size() == 200 && t.Card() == 89 && (t & Key("g", 0)));
     // count, asked, size; 85 in 90 reaches 90 - 11 while rebuilding
-    const unsigned rows[][3] = {{30, 40, 40},   {50, 10, 100},  {87, 87, 100}, {88, 88, 200},
-                                {174, 10, 200}, {175, 10, 400}, {85, 90, 180}};
+    const unsigned rows[][3] = {{30, 40, 40}, {50, 10, 100}, {88, 88, 200}, {175, 10, 400}, {85, 90, 180}};
     for (const auto& r : rows) {
         Table big(1000);
         for (unsigned i = 0; i < r[0]; ++i)

@@ -335,8 +335,7 @@ TEST(TOListTest, FindOrReplaceOrAndIndex)
     EXPECT_TRUE(*list[4] == "e" && list[5] == nullptr && list[-1] == nullptr);
 }
 
-// operator() stops at the last link as it was at binding or Reset; operator++ goes on until the ring
-// wraps.
+// operator() stops at the last link as it was at binding; operator++ goes on until the ring wraps.
 TEST(TOListTest, IteratorEnds)
 {
     List list;
@@ -348,8 +347,7 @@ TEST(TOListTest, IteratorEnds)
         ++called;
     for (; step; ++step)
         ++stepped;
-    call.Reset();
-    EXPECT_TRUE(called == 2 && stepped == 3 && call() && call() && call() && !call());
+    EXPECT_TRUE(called == 2 && stepped == 3);
 }
 
 TEST(TOListDeathTest, PopAndGetOnEmptyList)
@@ -408,10 +406,8 @@ TEST(StrListTest, SplitAndTokenizersAgreeWithAReference)
         EXPECT_EQ(Concat(list, ','), s.c_str());
     }
     List list;
-    EXPECT_EQ(Split(nullptr, list, ","), 0);
-    EXPECT_EQ(Split("a b", list, nullptr), 1); // no separators: one field
-    EXPECT_FALSE(Concat(List(), '/').IsNull());
-    EXPECT_EQ(Concat(String_t("a"), String_t("b"), ", "), "a, b");
+    EXPECT_TRUE(Split(nullptr, list, ",") == 0 && Split("a b", list, nullptr) == 1); // without separators
+    EXPECT_TRUE(Concat(String_t("a"), String_t("b"), ", ") == "a, b" && !Concat(List(), '/').IsNull());
     const TOLink<String_t> abc{String_t("abc")}, none{String_t()};
     const String_t abd("ABD"), blank("");
     EXPECT_TRUE(StrListCmp(&abc, &abd) > 0 && StrListCaseCmp(&abc, &abd) == 'C' - 'D');
@@ -428,14 +424,11 @@ TEST(TokenizerTest, NullsCopiesAndRebinding)
     tok(" ");
     StringTok tcopy(tok);
     EXPECT_TRUE(!strcmp(tok(" "), "two") && !strcmp(tcopy(" "), "two"));
-    tcopy = tok;
-    EXPECT_STREQ(tcopy(" "), "three");
-    StringSplitter f("a,b,c", ",", ""), copy(f);
+    StringSplitter f("a,b,c", ",", ""), copy(",", ",", "");
     f.Next();
-    EXPECT_TRUE(!strcmp(f.Field(), "b") && !strcmp(copy.Field(), "a"));
     copy = f;
     copy.Next();
-    EXPECT_STREQ(copy.Field(), "c");
+    EXPECT_TRUE(!strcmp(f.Field(), "b") && !strcmp(copy.Field(), "c"));
     f.Bind(" p , q ");
     f.Bind(f.Field()); // from its own text
     EXPECT_STREQ(f.Field(), " p ");
