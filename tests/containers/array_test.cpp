@@ -89,7 +89,6 @@ TEST(TVarrTest, SlotsGrowByTheModeAndRemovalMovesOnlyTheEnd)
     const std::tuple<unsigned, VarrTypeT, Ints, int> rows[] = {
         {3, VARR_INCR, {3, 3, 3, 6, 6, 6, 9}, 108},
         {3, VARR_DOUBLE, {3, 3, 3, 6, 6, 6, 12, 12, 12, 12, 12, 12, 24}, 192},
-        {1, VARR_DOUBLE, {1, 2, 4, 4, 8}, 128},
         {lazy, VARR_INCR, Ints(32, 32), 160}};
     for (const auto& [size, mode, slots, extended] : rows) {
         Arr a(size, mode);

@@ -98,7 +98,6 @@ TEST(BnodeTest, DeleteRuleDepthsAndBalance)
         {"no left child: the right child", {5, 3, 4}, 3, "5(4,-)"},
         {"left child without right child", {5, 3, 8, 1, 9}, 5, "3(1,8(-,9))"},
         {"rightmost of the left subtree", {9, 5, 2, 7, 4, 3}, 5, "9(4(2(-,3),7),-)"},
-        {"only node", {5}, 5, "-"},
     };
     for (const auto& [name, keys, del, shape] : rows) {
         bnode_t* t = bnode_t::Delete(Build(keys), Cmp, &del);
@@ -301,7 +300,6 @@ TEST(TMapTest, CopiesKeysAndVisitors)
     m["x"] += 5;
     m[""] = 2;
     m[String_t()] = 1; // null data orders before "" (str_cmp): two keys
-    EXPECT_EQ(Shape(m), ":0(:0,x:0)");
     EXPECT_TRUE(IntMap::Iterator(m).Curr()->key.IsNull() && *m.Find("") == 2 && *m.Find("x") == 5);
     EXPECT_GT(GStringCmp()("\xe9", "z"), 0); // bytes compare unsigned
     IntMap w;
