@@ -15,6 +15,7 @@
 #include <random>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 // Counts live objects: every slot of a TVarr is a constructed element, so with one array alive the count
@@ -72,13 +73,6 @@ Ints Contents(varr_t* v)
     return Ints(p, p + varr_len(v));
 }
 
-varr_t* Make(int size, int type, const Ints& xs)
-{
-    varr_t* v = varr_create(sizeof(int), size, type);
-    for (int x : xs)
-        varr_app(v, &x);
-    return v;
-}
 
 } // namespace
 
@@ -205,9 +199,8 @@ TEST(TVarrDeathTest, AssertionsNameTheInstantiatedSignature)
     TVarr<char*> args(4, VARR_INCR);
     args.App(const_cast<char*>("ls"));
     EXPECT_EQ(&args[-1], args.Get() - 1); // negative indexes are not checked
-    const TVarr<char*>& cargs = args;
     EXPECT_DEATH(args[1], report("T& TVarr<T>::operator[](int) [with T = char*]"));
-    EXPECT_DEATH(cargs[1], report("const T& TVarr<T>::operator[](int) const [with T = char*]"));
+    EXPECT_DEATH(std::as_const(args)[1], report("const T& TVarr<T>::operator[](int) const [with T = char*]"));
     // An unknown mode is stored without complaint and fails only when growth is needed.
     TVarr<int> odd(0, static_cast<VarrTypeT>(7));
     EXPECT_DEATH(odd.App(1), report("void TVarr<T>::Extend(unsigned int) [with T = int]", "0"));
@@ -248,7 +241,9 @@ TEST(TShSortTest, GapSequenceAndOrder)
 
 TEST(VarrTest, DeliberateDifferencesFromTheTemplate)
 {
-    varr_t* v = Make(2, 0, {6, 5, 3, 2, 1});
+    varr_t* v = varr_create(sizeof(int), 2, 0);
+    for (int x : {6, 5, 3, 2, 1})
+        varr_app(v, &x);
     varr_sort(v, CmpInt);
     // cmp gets (predecessor, element), unlike TVarr::Uniq: here the elements one above their predecessor go.
     varr_uniq(v, [](const void* a, const void* b) { return I(b) != I(a) + 1 ? 1 : 0; });

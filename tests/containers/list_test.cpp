@@ -75,7 +75,7 @@ template <class Link, class M> void ExpectRing(const Link* last, const M& model)
     }
 }
 
-// Each list behind one face for the driver; Check also copies slist_t (and assigns it to itself).
+// Each list behind one face for the driver; Check also copies slist_t.
 struct SlistSide {
     slist_t list;
     void Clear() { list.clear(); }
@@ -91,8 +91,6 @@ struct SlistSide {
     void Check(const Model& model)
     {
         list = slist_t(list);
-        const slist_t& self = list;
-        list = self;
         ExpectRing(list.last, model);
     }
 };
@@ -153,8 +151,6 @@ struct TOListSide {
     void Check(const Model& model)
     {
         list = List(list);
-        const List& self = list;
-        list = self;
         ExpectRing(list.last, model);
     }
 };

@@ -37,7 +37,6 @@ TEST(VarsTest, SubstituteAndDefinitions)
     // Definitions number every word: 1 = "one", "name  " = "one", 3 = "" ($none expanded), 4 = "twoone".
     Vars d;
     d.Add("::  one:: name  =  $1 ::$none:two$1");
-    d.Add(static_cast<const char*>(nullptr));
     EXPECT_EQ(Expand(d, "$1|${name  }|$3|$4|$2", 1), "one|one ||twoone|$2");
     d.Add("name  ", "again"); // a definition replaces the value
     d.Add(1, "uno");
