@@ -309,8 +309,7 @@ TEST(ListTest, RemoveLastLeavesTheOtherLinksOut)
     EXPECT_TRUE(list.Last() == nullptr && a.next == &b && list.RemoveLast() == nullptr); // not unlinked
     DPList plist;
     plist.Append(P(1)), plist.Append(P(2));
-    EXPECT_EQ(V(plist.RemoveLast()), 2);
-    EXPECT_EQ(plist.First(), nullptr);
+    EXPECT_TRUE(V(plist.RemoveLast()) == 2 && plist.First() == nullptr);
 }
 
 TEST(TOListTest, LookupsIndexAndIteratorEnds)
@@ -319,10 +318,8 @@ TEST(TOListTest, LookupsIndexAndIteratorEnds)
     list.Append("b"), list.Append("a");
     const auto cmp = StrListCaseCmp;
     EXPECT_EQ(*list.FindOrInsert("A", cmp), "a"); // found: nothing added
-    EXPECT_EQ(*list.FindOrAppend("c", cmp), "c");
-    EXPECT_EQ(*list.FindOrInsert("d", cmp), "d");
-    EXPECT_EQ(*list.ReplaceOrInsert("B", cmp), "B"); // in place
-    EXPECT_EQ(*list.ReplaceOrAppend("e", cmp), "e");
+    EXPECT_TRUE(*list.FindOrAppend("c", cmp) == "c" && *list.FindOrInsert("d", cmp) == "d");
+    EXPECT_TRUE(*list.ReplaceOrInsert("B", cmp) == "B" && *list.ReplaceOrAppend("e", cmp) == "e");
     EXPECT_EQ(Contents(list), (Strings{"d", "B", "a", "c", "e"}));
     EXPECT_TRUE(*list[4] == "e" && list[5] == nullptr && list[-1] == nullptr);
     // operator() stops at the last link as it was at binding; operator++ goes on until the ring wraps.

@@ -17,9 +17,7 @@ std::string Expand(const Vars& v, const char* text, int keep)
 TEST(VarsTest, SubstituteAndDefinitions)
 {
     Vars v;
-    v.Add("a", "1");
-    v.Add("bc", "2");
-    v.Add("empty", "");
+    v.Add("a=1:bc=2:empty=");
     const char* const rows[][3] = { // text, keep 0, keep 1
         {"x$a-y", "x1-y", "x1-y"}, {"${bc}z", "2z", "2z"},  {"$bcz", "", "$bcz"}, {"$a_", "", "$a_"},
         {"${q}", "", "${q}"},      {"${q", "", "${q}"},    {"$", "$", "$"},      {"$ a", "$ a", "$ a"},
