@@ -48,7 +48,6 @@ typedef TSortedVector<PollFd, PollFd::Compare> PollSet;
 typedef std::vector<std::pair<int, short>> Records; // descriptor and events
 
 Ints Keys(const Arr& a) { return Ints(a.Get(), a.Get() + a.Len()); }
-unsigned Len(const Ints& v) { return static_cast<unsigned>(v.size()); }
 
 int Sign(int key, int elem) { return key < elem ? -1 : key > elem; }
 int Order(const Counted* a, const Counted* b) { return Sign(*a, *b); }
@@ -72,7 +71,6 @@ Ints Contents(varr_t* v)
     const int* p = reinterpret_cast<int*>(varr_get(v));
     return Ints(p, p + varr_len(v));
 }
-
 
 } // namespace
 
@@ -158,7 +156,8 @@ TEST(TVarrModelTest, RandomOperationsMatchAVector)
             }
             case 2: // elements of the array itself, whose block growth may replace
                 if (!model.empty()) {
-                    const unsigned at = rng() % model.size(), n = std::min(k % 2 ? 1u : 3u, Len(model) - at);
+                    const unsigned at = rng() % model.size();
+                    const unsigned n = std::min<unsigned>(k % 2 ? 1 : 3, model.size() - at);
                     k % 2 ? a.App(a[static_cast<int>(at)]) : a.Cat(n, a.Get() + at);
                     const Ints part(model.begin() + at, model.begin() + at + n);
                     model.insert(model.end(), part.begin(), part.end());
