@@ -253,10 +253,10 @@ TEST(TMapTest, RandomOperationsGiveTheModelsShapeAndBalance)
             }
             ASSERT_EQ(Shape(map), Shape(model));
             IntMap::Iterator it(map, 0);
-            for (const auto& [key, at] : where) {
+            for (const auto& [name, at] : where) {
                 IntMap::Pair* p = it();
-                ASSERT_TRUE(p && p->key == key.c_str() && std::make_pair(&p->value, p->value) == at);
-                ASSERT_EQ(map.Find(key.c_str()), at.first);
+                ASSERT_TRUE(p && p->key == name.c_str() && std::make_pair(&p->value, p->value) == at);
+                ASSERT_EQ(map.Find(name.c_str()), at.first);
             }
             ASSERT_EQ(it(), nullptr);
             IntMap::ConstIterator back(map, 1);
