@@ -4,8 +4,11 @@
 #include <gtest/gtest.h>
 #include <support/testutil.h>
 
+#include <algorithm>
+#include <random>
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -42,172 +45,105 @@ Members Range(unsigned from, unsigned to, const std::set<unsigned>& gone = {})
 
 } // namespace
 
-TEST(SetTest, SizesGrowthAndGet)
+TEST(SetTest, SizesGetIteratorAndCallerStorage)
 {
     Set s(64);
-    EXPECT_EQ(s.nwords(), 2u);
-    s.add(100);
-    EXPECT_EQ(s.nwords(), 4u); // exactly the word of the new member
-    EXPECT_EQ(Set(40).nwords(), 1u);
-    s.add(0);
-    s.add(-1); // not a member
+    s.add(100); // grows to exactly the word of the new member
+    s.add(-1);  // not a member
     s.remove(5000);
-    EXPECT_EQ(MembersOf(s), (Members{0, 100}));
-    EXPECT_EQ(s.max(), 101u);
-    EXPECT_EQ(Make(0, {0, 5}).max(), 6u);
-    EXPECT_EQ(Set().max(), 0u);
-
+    EXPECT_TRUE(s.nwords() == 4 && Set(40).nwords() == 1 && s.max() == 101 && Set().max() == 0);
     // get looks only at the indices below the word count (deliberate): two words list 0 and 1 but
     // not 40, and still return 3.
     int out[4] = {-7, -7, -7, -7};
-    EXPECT_EQ(Make(64, {0, 1, 40}).get(out), 3u);
-    EXPECT_EQ(std::vector<int>(out, out + 4), (std::vector<int>{0, 1, -7, -7}));
-
+    EXPECT_TRUE(Make(64, {0, 1, 40}).get(out) == 3 && out[0] == 0 && out[1] == 1 && out[2] == -7);
     const int a[] = {3, -1, 64, 3};
     EXPECT_EQ(MembersOf(Set(4, a)), (Members{3, 64}));
     EXPECT_EQ(MembersOf(Set(1, 5, 9, -1)), (Members{1, 5, 9}));
-}
 
-TEST(SetTest, CallerStorageIsZeroedAndNeverGrown)
-{
-    uint32_t buf[2] = {~0u, ~0u}, other[2];
-    {
-        Set f(2, buf);
-        EXPECT_EQ(buf[0] | buf[1], 0u);
-        f.add(33);
-        EXPECT_EQ(buf[1], 2u); // member 33 is bit 1 of word 1
-        f |= Make(0, {5, 200}); // the other's extra words are dropped
-        f.bumpsize(1000);
-        EXPECT_EQ(f.nwords(), 2u);
-        f.add("-63"); // the complement stays within the caller's 64 bits
-        EXPECT_EQ(MembersOf(f), Range(0, 62, {5, 33}));
-        Set copy(2, other, f);
-        copy = Make(64, {7});
-        EXPECT_EQ(other[0], 1u << 7);
-    }
-    EXPECT_EQ(buf[1], 0x7FFFFFFDu); // the words stay the caller's
-
-    Set owned(32);
-    owned = Make(0, {1, 100}); // an owned set takes the other's size
-    EXPECT_EQ(owned.nwords(), 4u);
-    EXPECT_EQ(MembersOf(owned), (Members{1, 100}));
-}
-
-TEST(SetTest, AlgebraAcrossSizes)
-{
-    enum Op { kOr, kAnd, kMinus, kXor };
-    const struct {
-        const char* name;
-        unsigned abits;
-        Members a;
-        Op op;
-        unsigned bbits;
-        Members b;
-        Members result;
-        unsigned words;
-    } rows[] = {
-        {"or grows to the other's size", 32, {1}, kOr, 128, {2, 100}, {1, 2, 100}, 4},
-        {"and grows, new words zero", 32, {1, 2}, kAnd, 128, {2, 100}, {2}, 4},
-        {"and clears words beyond the other's", 128, {1, 40, 100}, kAnd, 32, {1, 2}, {1}, 4},
-        {"minus keeps this set's extra words", 96, {1, 40, 90}, kMinus, 64, {40, 1}, {90}, 3},
-        {"minus ignores the other's extra words", 32, {1, 2}, kMinus, 96, {2, 90}, {1}, 1},
-        {"xor grows to the other's size", 32, {1, 2}, kXor, 96, {2, 90}, {1, 90}, 3},
-        {"xor keeps this set's extra words", 96, {1, 90}, kXor, 32, {1, 3}, {3, 90}, 3},
-    };
-    for (const auto& r : rows) {
-        Set a = Make(r.abits, r.a);
-        const Set b = Make(r.bbits, r.b);
-        (r.op == kOr ? a |= b : r.op == kAnd ? a &= b : r.op == kMinus ? a -= b : a ^= b);
-        EXPECT_EQ(MembersOf(a), r.result) << r.name;
-        EXPECT_EQ(a.nwords(), r.words) << r.name;
-    }
-    Set c = Make(32, {0, 31});
-    EXPECT_EQ(MembersOf(~c), Range(1, 30));
-}
-
-TEST(SetTest, ComparisonsAcrossSizes)
-{
-    const struct {
-        const char* name;
-        unsigned abits;
-        Members a;
-        unsigned bbits;
-        Members b;
-        bool equal, subset, share;
-    } rows[] = {
-        {"same members, other sizes", 32, {1}, 96, {1}, true, true, true},
-        {"both empty", 0, {}, 128, {}, true, true, false},
-        {"extra member in the longer", 32, {1}, 96, {1, 70}, false, true, true},
-        {"not a subset", 64, {1, 3}, 64, {1, 2}, false, false, true},
-        {"member in the first extra word", 64, {1, 40}, 32, {1}, false, false, true},
-        {"only the first extra word counts (deliberate)", 96, {1, 70}, 32, {1}, false, true, true},
-        {"no shared member", 64, {40}, 32, {8}, false, false, false},
-    };
-    for (const auto& r : rows) {
-        const Set a = Make(r.abits, r.a), b = Make(r.bbits, r.b);
-        EXPECT_EQ(a == b, r.equal) << r.name;
-        EXPECT_EQ(b == a, r.equal) << r.name;
-        EXPECT_EQ(a <= b, r.subset) << r.name;
-        EXPECT_EQ(a && b, r.share) << r.name;
-    }
-}
-
-TEST(SetTest, TextSyntax)
-{
-    const struct {
-        unsigned bits;
-        Members before;
-        const char* text;
-        Members after;
-        unsigned words;
-    } rows[] = {
-        {0, {}, "1,3,5-7", {1, 3, 5, 6, 7}, 1},
-        {0, {}, " 1 ,\t2 , 3 ", {1, 2, 3}, 1},
-        {0, {}, "7-5", {}, 0},
-        {0, {}, "30-33", {30, 31, 32, 33}, 2},
-        {0, {}, "4-", {}, 0},
-        {0, {}, "4-,5", {5}, 1},
-        {0, {}, "1 2", {2}, 1}, // commas separate members
-        {0, {}, "-0-3", Range(4, 31), 1},
-        {32, {1}, "-2", Range(0, 31, {1, 2}), 1}, // the members from before are complemented too
-        {64, {5}, "-", Range(0, 63, {5}), 2},
-    };
-    for (const auto& r : rows) {
-        Set s = Make(r.bits, r.before);
-        testutil::StderrCapture err;
-        s.add(r.text);
-        EXPECT_EQ(err.Release(), "") << r.text;
-        EXPECT_EQ(MembersOf(s), r.after) << r.text;
-        EXPECT_EQ(s.nwords(), r.words) << r.text;
-    }
-
-    const struct {
-        const char* text;
-        const char* near;
-    } errors[] = {
-        {"1 x", "x"}, {"--1", "-"}, {"1-3-5", "-"}, {"-1,2,y", "y"}, {"1\n", "\n"}, {"2147483648", "2147483648"},
-    };
-    for (const auto& r : errors) {
-        Set s = Make(64, {7, 40});
-        testutil::StderrCapture err;
-        s.add(r.text);
-        const std::string line = std::string("Set::add(const char*): syntax error near \"") + r.near + "\"\n";
-        EXPECT_EQ(err.Release(), line);
-        EXPECT_EQ(MembersOf(s), (Members{7, 40})) << r.text;
-        EXPECT_EQ(s.nwords(), 2u);
-    }
-}
-
-TEST(SetTest, IteratorWalksMembersInOrder)
-{
-    const Set s = Make(0, {0, 31, 32, 63, 64, 200});
-    Setiterator it(s);
+    const Set members = Make(0, {0, 31, 200});
+    Setiterator it(members);
     EXPECT_EQ(*++it, 31);
-    for (int want : {31, 32, 63, 64, 200, -1, -1})
-        EXPECT_EQ(it(), want);
+    EXPECT_TRUE(it() == 31 && it() == 200 && it() == -1 && it() == -1);
     it.Reset();
     EXPECT_EQ(it(), 0);
-    EXPECT_EQ(Setiterator(Set(96))(), -1);
+    // Caller's storage: zeroed, never grown.
+    uint32_t buf[2] = {~0u, ~0u}, other[2];
+    {
+        Set f(2, buf); // zeroed
+        f.add(33);
+        f.bumpsize(1000);
+        f.add("-63"); // the complement stays within the caller's 64 bits
+        Set copy(2, other, f);
+        EXPECT_EQ(f.nwords(), 2u);
+    }
+    EXPECT_TRUE(buf[0] == ~0u && buf[1] == 0x7FFFFFFDu && other[1] == buf[1]); // the words stay the caller's
+}
+
+// Random pairs of sets of 0 to 4 words against std::set. The algebra keeps this set's words for -=
+// and otherwise takes the larger count; == and && go by members; <= looks only at the first of this
+// set's extra words (deliberate).
+TEST(SetTest, AlgebraAndComparisonsAcrossSizes)
+{
+    std::mt19937 rng(3);
+    for (int i = 0; i < 3000; ++i) {
+        unsigned words[2];
+        std::set<unsigned> m[2];
+        Set s[2];
+        for (int j = 0; j < 2; ++j) {
+            words[j] = rng() % 5;
+            s[j] = Set(32 * words[j]);
+            for (unsigned k = words[j] != 0 ? rng() % 6 : 0; k > 0; --k) {
+                const unsigned v = rng() % (32 * words[j]);
+                s[j].add(v), m[j].insert(v);
+            }
+        }
+        SCOPED_TRACE(::testing::PrintToString(m[0]) + " " + ::testing::PrintToString(m[1]));
+        for (char op : {'|', '&', '-', '^'}) {
+            Set x(s[0]);
+            (op == '|' ? x |= s[1] : op == '&' ? x &= s[1] : op == '-' ? x -= s[1] : x ^= s[1]);
+            Members want;
+            for (unsigned v = 0; v < 160; ++v) {
+                const bool a = m[0].count(v), b = m[1].count(v);
+                if (op == '|' ? a || b : op == '&' ? a && b : op == '-' ? a && !b : a != b)
+                    want.push_back(v);
+            }
+            EXPECT_EQ(MembersOf(x), want) << op;
+            EXPECT_EQ(x.nwords(), op == '-' ? words[0] : std::max(words[0], words[1])) << op;
+        }
+        bool subset = true, share = false;
+        for (unsigned v : m[0])
+            subset &= m[1].count(v) || v >= 32 * (words[1] + 1), share |= m[1].count(v) != 0;
+        EXPECT_TRUE((s[0] == s[1]) == (m[0] == m[1]) && (s[1] == s[0]) == (m[0] == m[1]));
+        EXPECT_EQ(s[0] <= s[1], subset);
+        EXPECT_EQ(s[0] && s[1], share);
+    }
+    EXPECT_EQ(MembersOf(~Make(32, {0, 31})), Range(1, 30));
+}
+
+// Capacity and members before, the text; members and words after, and the token a syntax error is near.
+TEST(SetTest, TextSyntax)
+{
+    const std::tuple<unsigned, Members, const char*, Members, unsigned, const char*> rows[] = {
+        {0, {}, "1,3,5-7", {1, 3, 5, 6, 7}, 1, ""}, {0, {}, " 1 ,\t2 , 3 ", {1, 2, 3}, 1, ""},
+        {0, {}, "7-5", {}, 0, ""},                  {0, {}, "30-33", {30, 31, 32, 33}, 2, ""},
+        {0, {}, "4-", {}, 0, ""},                   {0, {}, "4-,5", {5}, 1, ""},
+        {0, {}, "1 2", {2}, 1, ""}, // commas separate members
+        {0, {}, "-0-3", Range(4, 31), 1, ""},
+        {32, {1}, "-2", Range(0, 31, {1, 2}), 1, ""}, // the members from before are complemented too
+        {64, {5}, "-", Range(0, 63, {5}), 2, ""},
+        {64, {7, 40}, "1 x", {7, 40}, 2, "x"},      {64, {7, 40}, "--1", {7, 40}, 2, "-"},
+        {64, {7, 40}, "1-3-5", {7, 40}, 2, "-"},    {64, {7, 40}, "-1,2,y", {7, 40}, 2, "y"},
+        {64, {7, 40}, "1\n", {7, 40}, 2, "\n"},     {64, {7, 40}, "2147483648", {7, 40}, 2, "2147483648"},
+    };
+    for (const auto& [bits, before, text, after, words, near] : rows) {
+        Set s = Make(bits, before);
+        testutil::StderrCapture err;
+        s.add(text);
+        const std::string error = std::string("Set::add(const char*): syntax error near \"") + near + "\"\n";
+        EXPECT_EQ(err.Release(), *near ? error : "") << text;
+        EXPECT_EQ(MembersOf(s), after) << text;
+        EXPECT_EQ(s.nwords(), words) << text;
+    }
 }
 
 TEST(SetDeathTest, SizeMismatchesAndFixedOverflowAssert)
