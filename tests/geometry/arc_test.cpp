@@ -12,29 +12,6 @@ namespace {
 const gu_point_t kO = {0, 0}, kE = {10, 0}, kN = {0, 10}, kW = {-10, 0}, kS = {0, -10};
 } // namespace
 
-TEST(ArcTest, CircleRoundsCircumscribedVertices)
-{
-    const struct { const char* name; gu_point_t c; int w, h, n; Pts want; } rows[] = {
-        // first vertex at 45 degrees, radius enlarged by 1 / cos 45
-        {"square", kO, 200, 200, 4, {{100, 100}, {-100, 100}, {-100, -100}, {100, -100}}},
-        // -7 + 7.5 rounds away from zero to 1 (an arc would truncate it to 0)
-        {"triangle rounds halves up", {-7, -3}, 15, 15, 3, {{1, 10}, {-22, -3}, {0, -16}}},
-        {"ellipse near 1e6, negative height", {1000000, -1000000}, 101, -40, 6,
-         {{1000051, -1000012}, {1000000, -1000023}, {999950, -1000012}, {999950, -999988}, {1000000, -999977},
-          {1000051, -999988}}},
-        {"two vertices of a circle lie at infinity", {3, -3}, 10, 10, 2, {}},
-        {"beyond the coordinate range", {2147483000, 0}, 2000, 2000, 8, {}}};
-    for (const auto& row : rows) {
-        Pts out(8, gu_point_t{U, U});
-        int16_t n = -1;
-        gu_circle2polygon(&n, out.data(), &row.c, row.w, row.h, int16_t(row.n));
-        EXPECT_EQ(Head(out, n), row.want) << row.name;
-    }
-    int16_t n = 7;
-    gu_circle2polygon(&n, nullptr, &kO, 10, 10, -3);
-    EXPECT_EQ(n, -3);
-}
-
 TEST(ArcTest, ArcGeometry)
 {
     const struct { const char* name; gu_point_t p1, p2, p3, c; gu_coord_t r; float start, sweep; } rows[] = {
@@ -88,7 +65,7 @@ TEST(ArcTest, ArcGeometry)
                                             "direction == 1"));
 }
 
-TEST(ArcTest, ArcPolygonsTruncateAndFollowTheCountRule)
+TEST(ArcTest, PolygonsOfCirclesAndArcs)
 {
     // three: gu_arc3p2polygon through p1, p2, p3; else gu_arcc2p2polygon from p1 about p2 to p3.
     const struct { const char* name; bool three; gu_point_t p1, p2, p3; int dir, segs, max, n; Pts want; }
@@ -117,13 +94,11 @@ TEST(ArcTest, ArcPolygonsTruncateAndFollowTheCountRule)
         EXPECT_EQ(n, row.n) << row.name;
         EXPECT_EQ(Head(out, n), row.want) << row.name;
     }
-}
 
-TEST(ArcTest, EllipticArcs)
-{
+    // Elliptic arcs from angles.
     const float inf = std::numeric_limits<float>::infinity();
     const struct { const char* name; gu_point_t c; int w, h, segs, max; float a0, sweep; Pts want; }
-    rows[] = {
+    ellipse[] = {
         // no step: every point at the start angle, the enlargement factor is 1
         {"no sweep", {100, 200}, 40, 20, 16, 50, 0.78539818f, 0.0f, {{114, 207}, {114, 207}, {114, 207}}},
         // four segments: inner points at odd multiples of pi/8 on the ellipse enlarged by 1 / cos(pi/8)
@@ -140,7 +115,7 @@ TEST(ArcTest, EllipticArcs)
         {"NaN start", kO, 200, 100, 8, 50, std::nanf(""), 1.0f, {}},
         // one segment over a half turn: the enlarged ellipse is 2.3e7 times the true one
         {"half turn in one segment", kO, 200, 100, 1, 50, 0.0f, 3.14159274f, {}}};
-    for (const auto& row : rows) {
+    for (const auto& row : ellipse) {
         Pts out(50, gu_point_t{U, U});
         int16_t n = 99;
         gu_arc2a2polygon(&n, out.data(), &row.c, row.w, row.h, int16_t(row.segs), int16_t(row.max), row.a0,
@@ -152,4 +127,22 @@ TEST(ArcTest, EllipticArcs)
     // From a start point: atan2(10, 0) = pi/2 narrowed to float, then a half turn.
     gu_arcpa2polygon(&n, out.data(), &kO, &kN, 200, 100, 8, 50, 3.14159274f);
     EXPECT_EQ(Head(out, n), Pts({{0, 49}, {-41, 49}, {-100, 20}, {-99, -20}, {-41, -50}, {0, -49}}));
+
+    // Circles round their circumscribed vertices.
+    const struct { const char* name; gu_point_t c; int w, h, n; Pts want; } circles[] = {
+        // first vertex at 45 degrees, radius enlarged by 1 / cos 45
+        {"square", kO, 200, 200, 4, {{100, 100}, {-100, 100}, {-100, -100}, {100, -100}}},
+        // -7 + 7.5 rounds away from zero to 1 (an arc would truncate it to 0)
+        {"triangle rounds halves up", {-7, -3}, 15, 15, 3, {{1, 10}, {-22, -3}, {0, -16}}},
+        {"two vertices of a circle lie at infinity", {3, -3}, 10, 10, 2, {}},
+        {"beyond the coordinate range", {2147483000, 0}, 2000, 2000, 8, {}}};
+    for (const auto& row : circles) {
+        Pts out(8, gu_point_t{U, U});
+        n = -1;
+        gu_circle2polygon(&n, out.data(), &row.c, row.w, row.h, int16_t(row.n));
+        EXPECT_EQ(Head(out, n), row.want) << row.name;
+    }
+    n = 7;
+    gu_circle2polygon(&n, nullptr, &kO, 10, 10, -3);
+    EXPECT_EQ(n, -3);
 }

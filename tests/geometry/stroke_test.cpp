@@ -53,7 +53,7 @@ const bool g_text_off_at_start = [] {
 
 }  // namespace
 
-TEST(StrokeText, TransformAdvanceAndExtent)
+TEST(StrokeText, Text)
 {
     // "LL": the first L, (0,1) (0,0) (5/7,0), at the pen, the second one step further on.
     const Floats tilted = {16, 28, 10, 20, 10 + 20.0f / 7, 20 - 15.0f / 7};
@@ -83,10 +83,7 @@ TEST(StrokeText, TransformAdvanceAndExtent)
     stroke_set_text_attributes(3, 0, 1, 7, 1, 2.5f);
     stroke_inq_textstring_extent(nullptr, 3, box, 0, 0);
     ExpectNear({box, box + 8}, {0, -2.947f, 21, -2.947f, 21, 7, 0, 7});
-}
 
-TEST(StrokeText, NothingDrawnWithoutGlyphOrDirection)
-{
     EXPECT_TRUE(g_text_off_at_start);
     // Codes without a glyph advance the pen. The space's one stroke has no points: text passes only
     // strokes of two points or more.
@@ -97,35 +94,12 @@ TEST(StrokeText, NothingDrawnWithoutGlyphOrDirection)
         ExpectNear(got[0], {7, 7, 7, 0, 12, 0});
     }
     g_strokes.clear();
-    stroke_plot_string(nullptr, 3, Record, 0, 0, 0);
     stroke_set_text_attributes(0, 0, 0, 7, 1, 0);  // no direction
     stroke_plot_string("L", 1, Record, 0, 0, 0);
     EXPECT_TRUE(g_strokes.empty());
 }
 
-TEST(StrokeMarker, TableScaleAndSinglePoints)
-{
-    const Floats square = {-3, -3, 3, -3, 3, 3, -3, 3, -3, -3};
-    const Floats diamond = {-3, 0, 0, -3, 3, 0, 0, 3, -3, 0};
-    const Strokes want[13] = {{{0, 0}},
-                              {{-2, 0, 2, 0}, {0, -2, 0, 2}},
-                              {{-3, 0, 3, 0}, {0, -3, 0, 3}},
-                              {{0, -3, 0, 3}, {-3, -2, 3, 2}, {-3, 2, 3, -2}},
-                              {{-2, -2, -2, 2, -2, 3, 2, 3, 3, 2, 3, -2, 2, -3, -2, -3, -2, -2}},
-                              {{-3, -3, 3, 3}, {-3, 3, 3, -3}},
-                              {square}, {diamond}, {square, {0, 0}}, {diamond, {0, 0}}, {square, diamond},
-                              {{-3, -3, 3, 3}, {-3, 3, 3, -3}, square, diamond},
-                              {{-3, 0, 3, 0}, {0, -3, 0, 3}, diamond}};
-    stroke_set_text_attributes(0, 1, 1, 5, 3, 0);  // text settings do not apply
-    for (int type = 0; type <= 12; ++type)  // size 7: one output unit a marker unit
-        EXPECT_EQ(Marker(type, 7, 0, 0), want[type]) << type;
-    EXPECT_EQ(Marker(8, 14, 100, 50), (Strokes{{94, 44, 106, 44, 106, 56, 94, 56, 94, 44}, {100, 50}}));
-    // The type is kept in 16 bits: 65538 is the plus.
-    EXPECT_EQ(Marker(65538, 7, 0, 0), want[2]);
-    EXPECT_EQ(Marker(13, 7, 0, 0), Strokes{});
-}
-
-TEST(StrokeTables, GlyphsOnTheGridOfSevenths)
+TEST(StrokeTables, GlyphsOnTheGridOfSeventhsAndMarkersAsGiven)
 {
     std::map<char, Strokes> given = {  // in sevenths
         {' ', {{}}}, {'-', {{1, 3, 4, 3}}}, {'+', {{1, 3, 4, 3}, {2.5, 1.5, 2.5, 4.5}}},
@@ -166,4 +140,24 @@ TEST(StrokeTables, GlyphsOnTheGridOfSevenths)
     EXPECT_EQ(strokes, 120u);
     for (int code : {-1, 31, 127})
         EXPECT_EQ(stroke_glyph(code), nullptr) << code;
+
+    // Markers, plotted: the table exactly as given, scaled, single points passed.
+    const Floats square = {-3, -3, 3, -3, 3, 3, -3, 3, -3, -3};
+    const Floats diamond = {-3, 0, 0, -3, 3, 0, 0, 3, -3, 0};
+    const Strokes want[13] = {{{0, 0}},
+                              {{-2, 0, 2, 0}, {0, -2, 0, 2}},
+                              {{-3, 0, 3, 0}, {0, -3, 0, 3}},
+                              {{0, -3, 0, 3}, {-3, -2, 3, 2}, {-3, 2, 3, -2}},
+                              {{-2, -2, -2, 2, -2, 3, 2, 3, 3, 2, 3, -2, 2, -3, -2, -3, -2, -2}},
+                              {{-3, -3, 3, 3}, {-3, 3, 3, -3}},
+                              {square}, {diamond}, {square, {0, 0}}, {diamond, {0, 0}}, {square, diamond},
+                              {{-3, -3, 3, 3}, {-3, 3, 3, -3}, square, diamond},
+                              {{-3, 0, 3, 0}, {0, -3, 0, 3}, diamond}};
+    stroke_set_text_attributes(0, 1, 1, 5, 3, 0);  // text settings do not apply
+    for (int type = 0; type <= 12; ++type)  // size 7: one output unit a marker unit
+        EXPECT_EQ(Marker(type, 7, 0, 0), want[type]) << type;
+    EXPECT_EQ(Marker(8, 14, 100, 50), (Strokes{{94, 44, 106, 44, 106, 56, 94, 56, 94, 44}, {100, 50}}));
+    // The type is kept in 16 bits: 65538 is the plus.
+    EXPECT_EQ(Marker(65538, 7, 0, 0), want[2]);
+    EXPECT_EQ(Marker(13, 7, 0, 0), Strokes{});
 }
