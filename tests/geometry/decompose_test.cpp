@@ -100,7 +100,9 @@ TEST(DecomposeTest, HandDerivedShapesAndPaths)
         // cuts at -2.5, then -2 - 8/3 (from the truncated cut below), then -4 - 3, each truncated
         // toward zero; in the lowest band the equal lower x are ordered by upper x
         {"fan", {{0, 0}, {-10, 4}, {0, 4}, {0, 3}, {0, 2}, {0, 1}},
-         {{0, -2, 0, 0, 0, 1}, {-2, -4, 0, 0, 1, 2}, {-4, -7, 0, 0, 2, 3}, {-7, -10, 0, 0, 3, 4}}}};
+         {{0, -2, 0, 0, 0, 1}, {-2, -4, 0, 0, 1, 2}, {-4, -7, 0, 0, 2, 3}, {-7, -10, 0, 0, 3, 4}}},
+        // a crossing between two heights is not cut; equal lower ends are ordered by lower x first
+        {"bow tie", {{0, 0}, {10, 10}, {10, 0}, {0, 10}}, {{0, 0, 10, 0, 0, 10}, {10, 0, 10, 10, 0, 10}}}};
     for (const auto& row : slanted)
         EXPECT_EQ(traps(row.pts), row.want) << row.name;
     // Rectangles take a slanted edge as vertical at its start point.

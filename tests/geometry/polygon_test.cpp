@@ -34,6 +34,7 @@ TEST(PolygonTest, OrientationAndOrthogonality)
             EXPECT_EQ(gu_ortho_polygon_orientation(int16_t(size(p)), rev.data()), -1) << &row - ccw;
         }
     }
+    EXPECT_EQ(gu_polygon_orientationi(3, Pts{{5, 0}, {5, 10}, {5, 20}}.data()), 1); // no turn
 
     const struct { Pts p; int open, closed; } classes[] = {
         {{{0, 0}, {5, 5}, {5, 9}}, 1, 2}, {kSquare, 0, 0}, {{{3, 3}, {3, 3}, {3, 8}}, 0, 0},

@@ -93,10 +93,8 @@ TEST(StrokeText, TransformAdvanceExtentAndNothingDrawn)
         ASSERT_EQ(got.size(), 1u) << code;
         ExpectNear(got[0], {7, 7, 7, 0, 12, 0});
     }
-    g_strokes.clear();
     stroke_set_text_attributes(0, 0, 0, 7, 1, 0);  // no direction
-    stroke_plot_string("L", 1, Record, 0, 0, 0);
-    EXPECT_TRUE(g_strokes.empty());
+    EXPECT_TRUE(Draw("L", 0, 0).empty());
 }
 
 TEST(StrokeTables, GlyphsOnTheGridOfSeventhsAndMarkersAsGiven)
