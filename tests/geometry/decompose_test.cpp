@@ -12,26 +12,25 @@
 #include <cstring>
 #include <new>
 #include <random>
+#include <utility>
 #include <vector>
 
-// Test-only global allocator: counts calls and fails the Nth one from now on request.
+// Test-only global allocator: counts calls and fails the next one on request. Out of line, so that the
+// compiler pairs neither malloc() with delete nor new with free().
 static long g_news = 0;
-static int g_fail_in = 0;
-void* operator new(std::size_t n)
+static bool g_fail = false;
+[[gnu::noinline]] void* operator new(std::size_t n)
 {
-    if (++g_news, g_fail_in > 0 && --g_fail_in == 0)
-        throw std::bad_alloc();
-    if (void* p = std::malloc(n != 0 ? n : 1))
+    ++g_news;
+    if (void* p = std::exchange(g_fail, false) ? nullptr : std::malloc(n + 1))
         return p;
     throw std::bad_alloc();
 }
-void* operator new[](std::size_t n) { return operator new(n); }
-void* operator new(std::size_t n, const std::nothrow_t&) noexcept { return std::malloc(n != 0 ? n : 1); }
-void* operator new[](std::size_t n, const std::nothrow_t&) noexcept { return std::malloc(n != 0 ? n : 1); }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete[](void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
-void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
+[[gnu::noinline]] void* operator new[](std::size_t n) { return operator new(n); }
+[[gnu::noinline]] void operator delete(void* p) noexcept { std::free(p); }
+[[gnu::noinline]] void operator delete[](void* p) noexcept { std::free(p); }
+[[gnu::noinline]] void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+[[gnu::noinline]] void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
 
 namespace {
 
@@ -40,9 +39,16 @@ using R4 = std::array<int, 4>; // a gu_rect_t
 using R6 = std::array<int, 6>; // a gu_trapezoid_t
 constexpr int G = 2000000000, M = 1000000000;
 
-// The n pieces in out (all of it) as arrays of their fields.
-template <class Piece> std::vector<std::array<int, sizeof(Piece) / 4>> fields(TVarr<Piece>& out, unsigned n)
+// fn on p, stored 9 bytes apart from an odd address, and args, into an output that holds a piece already.
+template <class Piece, class Fn, class... Args>
+std::vector<std::array<int, sizeof(Piece) / 4>> run(Fn fn, const Pts& p, Args... args)
 {
+    std::vector<char> raw(1 + 9 * p.size());
+    for (size_t i = 0; i < p.size(); ++i)
+        std::memcpy(&raw[1 + 9 * i], &p[i], sizeof(gu_point_t));
+    TVarr<Piece> out(1, VARR_DOUBLE);
+    out.App(Piece{});
+    const unsigned n = fn(9, p.size(), &raw[1], args..., out);
     EXPECT_EQ(n, out.Len());
     std::vector<std::array<int, sizeof(Piece) / 4>> got(n);
     if (n != 0)
@@ -50,20 +56,9 @@ template <class Piece> std::vector<std::array<int, sizeof(Piece) / 4>> fields(TV
     return got;
 }
 
-std::vector<R4> rects(const Pts& p)
-{
-    TVarr<gu_rect_t> out(1, VARR_DOUBLE);
-    return fields(out, gu_polygon_to_rects(sizeof(gu_point_t), p.size(), p.data(), out));
-}
+std::vector<R4> rects(const Pts& p) { return run<gu_rect_t>(gu_polygon_to_rects, p); }
+std::vector<R6> traps(const Pts& p) { return run<gu_trapezoid_t>(gu_polygon_to_trapezoids, p); }
 
-std::vector<R6> traps(const Pts& p)
-{
-    TVarr<gu_trapezoid_t> out(1, VARR_DOUBLE);
-    out.App({1, 2, 3, 4, 5, 6}); // emptied first
-    return fields(out, gu_polygon_to_trapezoids(sizeof(gu_point_t), p.size(), p.data(), out));
-}
-
-// Rectangles in the trapezoid layout.
 std::vector<R6> as_traps(const std::vector<R4>& rs)
 {
     std::vector<R6> out;
@@ -74,13 +69,10 @@ std::vector<R6> as_traps(const std::vector<R4>& rs)
 
 } // namespace
 
-TEST(DecomposeTest, OrthogonalShapesGiveTheSameRectanglesAndTrapezoids)
+TEST(DecomposeTest, HandDerivedShapesAndPaths)
 {
-    const struct {
-        const char* name;
-        Pts pts;
-        std::vector<R4> want; // by bottom y, then x
-    } rows[] = {
+    // Pieces by bottom y, then x.
+    const struct { const char* name; Pts pts; std::vector<R4> want; } ortho[] = {
         {"square, clockwise", {{0, 0}, {0, 10}, {10, 10}, {10, 0}}, {{0, 0, 10, 10}}},
         {"L", {{0, 0}, {20, 0}, {20, 10}, {10, 10}, {10, 20}, {0, 20}}, {{0, 0, 20, 10}, {0, 10, 10, 20}}},
         {"U", {{0, 0}, {30, 0}, {30, 20}, {20, 20}, {20, 10}, {10, 10}, {10, 20}, {0, 20}},
@@ -90,27 +82,18 @@ TEST(DecomposeTest, OrthogonalShapesGiveTheSameRectanglesAndTrapezoids)
         {"overlap of depth 2 is a hole",
          {{0, 0}, {20, 0}, {20, 30}, {10, 30}, {10, 10}, {30, 10}, {30, 20}, {0, 20}},
          {{0, 0, 20, 10}, {0, 10, 10, 20}, {20, 10, 30, 20}, {10, 20, 20, 30}}},
-        {"horizontal only", {{0, 0}, {10, 0}, {20, 0}}, {}},
         {"no points", {}, {}},
         // 32-bit differences wrap: x 4e9 apart order right to left, lower y 3e9 apart top band first
         {"wide square", {{-G, 0}, {G, 0}, {G, 10}, {-G, 10}}, {{G, 0, -G, 10}}},
         {"tall bands", {{0, -G}, {20, -G}, {20, M}, {10, M}, {10, G}, {0, G}},
-         {{0, M, 10, G}, {0, -G, 20, M}}},
-    };
-    for (const auto& row : rows) {
+         {{0, M, 10, G}, {0, -G, 20, M}}}};
+    for (const auto& row : ortho) {
         EXPECT_EQ(rects(row.pts), row.want) << row.name;
         EXPECT_EQ(traps(row.pts), as_traps(row.want)) << row.name;
     }
-}
 
-TEST(DecomposeTest, SlantedEdges)
-{
     const Pts tri = {{0, 0}, {10, 0}, {0, 10}};
-    const struct {
-        const char* name;
-        Pts pts;
-        std::vector<R6> want;
-    } rows[] = {
+    const struct { const char* name; Pts pts; std::vector<R6> want; } slanted[] = {
         {"triangle: the top collapses", tri, {{0, 0, 0, 10, 0, 10}}},
         {"quadrilateral, four heights", {{0, 0}, {10, 2}, {12, 8}, {2, 6}},
          {{0, 0, 10, 0, 0, 2}, {0, 2, 11, 10, 2, 6}, {2, 12, 12, 11, 6, 8}}},
@@ -118,132 +101,19 @@ TEST(DecomposeTest, SlantedEdges)
         // toward zero; in the lowest band the equal lower x are ordered by upper x
         {"fan", {{0, 0}, {-10, 4}, {0, 4}, {0, 3}, {0, 2}, {0, 1}},
          {{0, -2, 0, 0, 0, 1}, {-2, -4, 0, 0, 1, 2}, {-4, -7, 0, 0, 2, 3}, {-7, -10, 0, 0, 3, 4}}},
-        {"bow tie: a crossing between heights is not cut", {{0, 0}, {10, 10}, {10, 0}, {0, 10}},
-         {{0, 0, 10, 0, 0, 10}, {10, 0, 10, 10, 0, 10}}},
-    };
-    for (const auto& row : rows)
+        // a crossing between two heights is not cut; equal lower ends are ordered by lower x first
+        {"bow tie", {{0, 0}, {10, 10}, {10, 0}, {0, 10}}, {{0, 0, 10, 0, 0, 10}, {10, 0, 10, 10, 0, 10}}}};
+    for (const auto& row : slanted)
         EXPECT_EQ(traps(row.pts), row.want) << row.name;
-
     // Rectangles take a slanted edge as vertical at its start point.
     EXPECT_EQ(rects(tri), (std::vector<R4>{{0, 0, 10, 10}}));
-    EXPECT_EQ(rects({{0, 0}, {0, 10}, {10, 0}}), (std::vector<R4>{{0, 0, 0, 10}}));
 
-    // Points 9 bytes apart from an odd address.
-    std::vector<char> raw(1 + 9 * tri.size());
-    for (size_t i = 0; i < tri.size(); ++i)
-        std::memcpy(&raw[1 + 9 * i], &tri[i], sizeof(gu_point_t));
-    TVarr<gu_trapezoid_t> out(1, VARR_DOUBLE);
-    EXPECT_EQ(fields(out, gu_polygon_to_trapezoids(9, tri.size(), &raw[1], out)), rows[0].want);
-}
-
-namespace {
-
-// The model: a random orthogonal polygon on a small grid (self-overlapping as it comes), optionally
-// warped by x -> x + s[x] * y with s non-decreasing: that keeps the left-to-right order on every line,
-// maps vertical edges to edges of integer slope (exact cuts) and grid cells to trapezoids. Pieces must
-// be unions of warped cells: each cell's centre lies in exactly one piece when the cell is inside
-// (even-odd), in none otherwise, and the areas add up exactly.
-constexpr int kGrid = 12;
-
-struct Model {
-    Pts grid, pts; // before and after the warp
-    std::vector<int> s;
-};
-
-Model random_polygon(std::mt19937& rng, bool warp)
-{
-    std::uniform_int_distribution<int> coord(0, kGrid), slope(-2, 2), sides(1, 7);
-    Model m;
-    for (int x = 0; x <= kGrid; ++x)
-        m.s.push_back(warp ? slope(rng) : 0);
-    std::sort(m.s.begin(), m.s.end());
-    std::vector<int> xs(sides(rng)), ys(xs.size());
-    for (size_t i = 0; i < xs.size(); ++i)
-        xs[i] = coord(rng), ys[i] = coord(rng);
-    for (size_t i = 0; i < xs.size(); ++i) {
-        for (int x : {xs[i], xs[(i + 1) % xs.size()]}) {
-            m.grid.push_back({x, ys[i]});
-            m.pts.push_back({x + m.s[x] * ys[i], ys[i]});
-        }
-    }
-    return m;
-}
-
-void check(const Model& m, const std::vector<R6>& pieces)
-{
-    double area = 0, want = 0;
-    for (const R6& t : pieces)
-        area += 0.5 * ((t[3] - t[0]) + (t[2] - t[1])) * (t[5] - t[4]);
-    for (int cy = 0; cy < kGrid; ++cy) {
-        for (int cx = 0; cx < kGrid; ++cx) {
-            bool in = false;
-            for (size_t i = 0; i < m.grid.size(); ++i) {
-                const gu_point_t a = m.grid[i], b = m.grid[(i + 1) % m.grid.size()];
-                in ^= a.x > cx && std::min(a.y, b.y) <= cy && cy < std::max(a.y, b.y);
-            }
-            const double y = cy + 0.5, x = cx + 0.5 + 0.5 * (m.s[cx] + m.s[cx + 1]) * y;
-            int covered = 0;
-            for (const R6& t : pieces) {
-                const double f = (y - t[4]) / (t[5] - t[4]);
-                covered +=
-                    t[4] < y && y < t[5] && t[0] + (t[1] - t[0]) * f < x && x < t[3] + (t[2] - t[3]) * f;
-            }
-            ASSERT_EQ(covered, in ? 1 : 0) << "cell " << cx << "," << cy;
-            want += covered * (1 + (m.s[cx + 1] - m.s[cx]) * y);
-        }
-    }
-    EXPECT_EQ(area, want);
-}
-
-} // namespace
-
-TEST(DecomposeTest, RandomPolygonsAgainstTheEvenOddModel)
-{
-    std::mt19937 rng(8);
-    for (int run = 0; run < 600; ++run) {
-        SCOPED_TRACE(testing::Message() << "run " << run);
-        const Model m = random_polygon(rng, run % 2 != 0);
-        check(m, traps(m.pts));
-        if (run % 2 == 0)
-            check(m, as_traps(rects(m.pts)));
-    }
-}
-
-TEST(DecomposeTest, FailedAllocationReturnsTheTreeAndWarmCallsAllocateNothing)
-{
-    Pts stairs = {{0, 0}}; // 2001 distinct heights
-    for (int i = 1; i <= 2000; ++i)
-        stairs.insert(stairs.end(), {{i, i - 1}, {i, i}});
-    stairs.push_back({0, 2000});
-    const auto run = [&](TVarr<gu_trapezoid_t>& out) {
-        return gu_polygon_to_trapezoids(sizeof(gu_point_t), stairs.size(), stairs.data(), out);
-    };
-    TVarr<gu_trapezoid_t> big(4096, VARR_DOUBLE);
-    ASSERT_EQ(run(big), 2000u); // warms the scratch array and the node pool
-
-    // The output grows only once the tree is complete; had its nodes been lost, the pool would need
-    // new blocks within a few calls.
-    const long before = g_news;
-    for (int i = 0; i < 50; ++i) {
-        TVarr<gu_trapezoid_t> small(-1, VARR_INCR);
-        g_fail_in = 1;
-        EXPECT_THROW(run(small), std::bad_alloc);
-    }
-    EXPECT_EQ(run(big), 2000u);
-    EXPECT_EQ(g_news - before, 50);
-}
-
-TEST(DecomposeTest, PathRectangles)
-{
+    // Wide orthogonal paths.
     const Pts ell = {{0, 0}, {0, 10}, {10, 10}};
-    const struct {
-        const char* name;
-        Pts path;
-        int width;
-        gu_PathType_t type;
-        std::vector<R4> want;
-    } rows[] = {
+    const struct { const char* name; Pts path; int width; gu_PathType_t type; std::vector<R4> want; }
+    paths[] = {
         {"up then right", ell, 2, 0, {{-1, 0, 1, 9}, {-1, 9, 10, 11}}},
+        {"up then right, extended", ell, 2, 1, {{-1, -1, 1, 9}, {-1, 9, 11, 11}}},
         {"U turn", {{0, 0}, {10, 0}, {10, 10}, {0, 10}}, 2, 0,
          {{0, -1, 11, 1}, {9, 1, 11, 11}, {0, 9, 9, 11}}},
         {"left then down, extended, odd width", {{10, 10}, {0, 10}, {0, 0}}, 5, 1,
@@ -251,20 +121,70 @@ TEST(DecomposeTest, PathRectangles)
         {"standing start counts as right", {{5, 5}, {5, 5}, {5, 9}}, 2, 0, {{5, 4, 6, 6}, {4, 6, 6, 9}}},
         {"standing end counts as right", {{0, 0}, {10, 0}, {10, 0}}, 2, 1, {{-1, -1, 9, 1}, {9, -1, 11, 1}}},
         {"one point, type unchecked", {{5, 5}}, 4, 7, {{3, 3, 7, 7}}},
-        {"no points", {}, 4, 0, {}},
-    };
-    for (const auto& row : rows) {
-        TVarr<gu_rect_t> out(1, VARR_DOUBLE);
-        out.App({9, 9, 9, 9});
-        const unsigned n = gu_path_to_rects(8, row.path.size(), row.path.data(), row.width, row.type, out);
-        EXPECT_EQ(fields(out, n), row.want) << row.name;
-    }
+        {"no points", {}, 4, 0, {}}};
+    for (const auto& row : paths)
+        EXPECT_EQ(run<gu_rect_t>(gu_path_to_rects, row.path, row.width, row.type), row.want) << row.name;
 
-    const std::string pattern = testutil::AssertionPattern(
-        "geometry/gu7.cpp",
-        "unsigned int gu_path_to_rects(unsigned int, unsigned int, const void*, gu_coord_t, gu_PathType_t, "
-        "TVarr<gu_rect_t>&)",
-        "0");
     TVarr<gu_rect_t> out(1, VARR_DOUBLE);
-    EXPECT_DEATH(gu_path_to_rects(8, 2, ell.data(), 2, 2, out), pattern);
+    EXPECT_DEATH(gu_path_to_rects(8, 2, ell.data(), 2, 2, out),
+                 testutil::AssertionPattern("geometry/gu7.cpp",
+                                            "unsigned int gu_path_to_rects(unsigned int, unsigned int, const "
+                                            "void*, gu_coord_t, gu_PathType_t, TVarr<gu_rect_t>&)",
+                                            "0"));
 }
+
+TEST(DecomposeTest, RandomPolygonsAgainstTheEvenOddModel)
+{
+    // Random orthogonal polygons on a small grid, self-overlapping as they come: each cell lies in exactly
+    // one piece when it is inside (even-odd), in none otherwise, and the areas add up.
+    constexpr int kGrid = 12;
+    std::mt19937 rng(8);
+    std::uniform_int_distribution<int> coord(0, kGrid), sides(1, 7);
+    for (int run = 0; run < 600; ++run) {
+        Pts v(sides(rng)), pts;
+        for (gu_point_t& p : v)
+            p = {coord(rng), coord(rng)};
+        for (size_t i = 0; i < v.size(); ++i)
+            pts.insert(pts.end(), {v[i], {v[(i + 1) % v.size()].x, v[i].y}});
+        const std::vector<R6> pieces = traps(pts);
+        EXPECT_EQ(as_traps(rects(pts)), pieces) << "run " << run; // the same bands, the same order
+        long area = 0, want = 0;
+        for (const R6& t : pieces)
+            area += long(t[3] - t[0]) * (t[5] - t[4]);
+        for (int cy = 0; cy < kGrid; ++cy) {
+            for (int cx = 0; cx < kGrid; ++cx) {
+                bool in = false;
+                for (size_t i = 0; i < pts.size(); ++i) {
+                    const gu_point_t a = pts[i], b = pts[(i + 1) % pts.size()];
+                    in ^= a.x > cx && std::min(a.y, b.y) <= cy && cy < std::max(a.y, b.y);
+                }
+                int covered = 0;
+                for (const R6& t : pieces)
+                    covered += t[4] <= cy && cy < t[5] && t[0] <= cx && cx < t[3];
+                ASSERT_EQ(covered, in ? 1 : 0) << "run " << run << ", cell " << cx << "," << cy;
+                want += covered;
+            }
+        }
+        EXPECT_EQ(area, want) << "run " << run;
+    }
+}
+
+TEST(DecomposeTest, FailedAllocationReturnsTheTreeToItsPool)
+{
+    Pts fan = {{10, 1000}}; // 2001 distinct heights
+    for (int i = 0; i <= 2000; ++i)
+        fan.push_back({0, i});
+    TVarr<gu_trapezoid_t> big(4096, VARR_DOUBLE), small(-1, VARR_INCR);
+    ASSERT_EQ(gu_polygon_to_trapezoids(8, fan.size(), fan.data(), big), 2000u); // warms scratch and pool
+
+    // The output grows only once the tree is complete; had its nodes been lost, the pool would need
+    // new blocks within a few calls.
+    const long before = g_news;
+    for (int i = 0; i < 50; ++i) {
+        g_fail = true;
+        EXPECT_THROW(gu_polygon_to_trapezoids(8, fan.size(), fan.data(), small), std::bad_alloc);
+    }
+    EXPECT_EQ(gu_polygon_to_trapezoids(8, fan.size(), fan.data(), big), 2000u);
+    EXPECT_EQ(g_news - before, 50);
+}
+

@@ -36,9 +36,4 @@ inline Pts Head(const Pts& out, int n)
     return Pts(out.begin(), out.begin() + std::min<size_t>(size_t(n), out.size()));
 }
 
-inline Pts Reversed(const Pts& p)
-{
-    return Pts(p.rbegin(), p.rend());
-}
-
 #endif
