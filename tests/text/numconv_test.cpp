@@ -23,8 +23,14 @@ template <class Real> static uint64_t Bits(Real v)
     return u;
 }
 
-// A NaN, which no parser produces: a result still holding it was not written.
-const double kUntouched = NAN;
+// A NaN with a payload that no arithmetic produces (0 * inf gives the target's default NaN, which on
+// ARM has the bits of NAN): a result still holding it was not written.
+const double kUntouched = [] {
+    const uint64_t bits = 0x7FF80000DEADBEEFull;
+    double d;
+    std::memcpy(&d, &bits, sizeof d);
+    return d;
+}();
 
 // What a stream reader did: the bits of its result, whether it failed, whether it met the end, and
 // what it left unread.
