@@ -1,7 +1,12 @@
 // AVL insertion and deletion on AVLnode (the rotations are drawn in bnode.h).
 #include <tevbase/bnode.h>
 
+#include "treelink.h"
+
 namespace {
+
+using tevbase_tree::LinkLeft;
+using tevbase_tree::LinkRight;
 
 struct InsertArgs {
     bnode_cmp_t cmp;
@@ -14,20 +19,6 @@ struct InsertArgs {
 
 AVLnode* Left(const AVLnode* n) { return static_cast<AVLnode*>(n->left); }
 AVLnode* Right(const AVLnode* n) { return static_cast<AVLnode*>(n->right); }
-
-void LinkLeft(AVLnode* p, AVLnode* c)
-{
-    p->left = c;
-    if (c != nullptr)
-        c->parent = p;
-}
-
-void LinkRight(AVLnode* p, AVLnode* c)
-{
-    p->right = c;
-    if (c != nullptr)
-        c->parent = p;
-}
 
 // Single rotations: the child on the heavy side becomes the subtree root and takes p's parent. The
 // balance factors depend on the caller (insertion or deletion) and are set there.

@@ -1,25 +1,16 @@
 // The binary-tree toolkit of bnode_t.
 #include <tevbase/bnode.h>
 
+#include "treelink.h"
+
 template class TVarr<bnode_t*>;
 
 namespace {
 
+using tevbase_tree::LinkLeft;
+using tevbase_tree::LinkRight;
+
 typedef bnode_t::Iterator It;
-
-void LinkLeft(bnode_t* p, bnode_t* c)
-{
-    p->left = c;
-    if (c != nullptr)
-        c->parent = p;
-}
-
-void LinkRight(bnode_t* p, bnode_t* c)
-{
-    p->right = c;
-    if (c != nullptr)
-        c->parent = p;
-}
 
 // In-order successor (predecessor) of n within the subtree rooted at top, or null. Bounded by top so
 // that a walk over a subtree never climbs out of it.
